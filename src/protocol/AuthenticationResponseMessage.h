@@ -1,0 +1,17 @@
+#pragma once
+
+#include "ZEKTMessage.h"
+
+// Verdict on one authentication attempt; a refusal carries a readable reason.
+class AuthenticationResponseMessage : public ZEKTMessage {
+public:
+    AuthenticationResponseMessage(bool success, QString reason = {})
+        : success(success), reason(std::move(reason))
+    {
+    }
+
+    QString typeName() const override { return QStringLiteral("AuthenticationResponseMessage"); }
+
+    bool success;
+    QString reason;
+};

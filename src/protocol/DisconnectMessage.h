@@ -1,0 +1,13 @@
+#pragma once
+
+#include "ZEKTMessage.h"
+
+// The agent is closing the session.
+class DisconnectMessage : public ZEKTMessage {
+public:
+    explicit DisconnectMessage(QString reason) : reason(std::move(reason)) {}
+
+    QString typeName() const override { return QStringLiteral("DisconnectMessage"); }
+
+    QString reason;
+};

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "ZEKTMessage.h"
+
+// The agent's final word on an uploaded file.
+class FileTransferResponseMessage : public ZEKTMessage {
+public:
+    FileTransferResponseMessage(bool success, QString message)
+        : success(success), message(std::move(message))
+    {
+    }
+
+    QString typeName() const override { return QStringLiteral("FileTransferResponseMessage"); }
+
+    bool success;
+    QString message;
+};

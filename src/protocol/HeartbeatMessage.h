@@ -1,0 +1,10 @@
+#pragma once
+
+#include "ZEKTMessage.h"
+
+// Keep-alive sent by the agent; only its arrival matters.
+class HeartbeatMessage : public ZEKTMessage {
+public:
+
+    QString typeName() const override { return QStringLiteral("HeartbeatMessage"); }
+};

@@ -1,0 +1,10 @@
+#pragma once
+
+#include "ZEKTMessage.h"
+
+// The agent's answer to the console's heartbeat.
+class HeartbeatResponseMessage : public ZEKTMessage {
+public:
+
+    QString typeName() const override { return QStringLiteral("HeartbeatResponseMessage"); }
+};
