@@ -29,9 +29,18 @@ QString toString(ConnectionState state)
     return QStringLiteral("unknown");
 }
 
-double connectionTimeout() { return g_connection.load(); }
-double handshakeTimeout() { return g_handshake.load(); }
-double serverIdentityPromptTimeout() { return g_identityPrompt.load(); }
+double connectionTimeout()
+{
+    return g_connection.load();
+}
+double handshakeTimeout()
+{
+    return g_handshake.load();
+}
+double serverIdentityPromptTimeout()
+{
+    return g_identityPrompt.load();
+}
 
 void setTimeoutsForTesting(const TimeoutOverrides &overrides)
 {
@@ -40,6 +49,9 @@ void setTimeoutsForTesting(const TimeoutOverrides &overrides)
     g_identityPrompt.store(overrides.identityPrompt);
 }
 
-void resetTimeoutsForTesting() { setTimeoutsForTesting(TimeoutOverrides{}); }
+void resetTimeoutsForTesting()
+{
+    setTimeoutsForTesting(TimeoutOverrides{});
+}
 
 } // namespace ZEKT

@@ -7,7 +7,14 @@
 namespace ZEKT {
 
 // The client's own session state; only `connected` means the session is usable.
-enum class ConnectionState { disconnected, connecting, handshaking, authenticating, connected, closed };
+enum class ConnectionState {
+    disconnected,
+    connecting,
+    handshaking,
+    authenticating,
+    connected,
+    closed
+};
 
 QString toString(ConnectionState state);
 
