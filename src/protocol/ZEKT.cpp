@@ -1,5 +1,7 @@
 #include "ZEKT.h"
 
+#include <QMutex>
+
 #include <atomic>
 
 namespace ZEKT {
@@ -8,6 +10,8 @@ namespace {
 std::atomic<double> g_connection{10.0};
 std::atomic<double> g_handshake{5.0};
 std::atomic<double> g_identityPrompt{15.0};
+QMutex g_timingsLock;
+ProtocolTimings g_timings;
 } // namespace
 
 QString toString(ConnectionState state)
@@ -29,9 +33,18 @@ QString toString(ConnectionState state)
     return QStringLiteral("unknown");
 }
 
-double connectionTimeout() { return g_connection.load(); }
-double handshakeTimeout() { return g_handshake.load(); }
-double serverIdentityPromptTimeout() { return g_identityPrompt.load(); }
+double connectionTimeout()
+{
+    return g_connection.load();
+}
+double handshakeTimeout()
+{
+    return g_handshake.load();
+}
+double serverIdentityPromptTimeout()
+{
+    return g_identityPrompt.load();
+}
 
 void setTimeoutsForTesting(const TimeoutOverrides &overrides)
 {
@@ -40,6 +53,26 @@ void setTimeoutsForTesting(const TimeoutOverrides &overrides)
     g_identityPrompt.store(overrides.identityPrompt);
 }
 
-void resetTimeoutsForTesting() { setTimeoutsForTesting(TimeoutOverrides{}); }
+void resetTimeoutsForTesting()
+{
+    setTimeoutsForTesting(TimeoutOverrides{});
+}
+
+ProtocolTimings protocolTimings()
+{
+    QMutexLocker locker(&g_timingsLock);
+    return g_timings;
+}
+
+void setProtocolTimingsForTesting(const ProtocolTimings &timings)
+{
+    QMutexLocker locker(&g_timingsLock);
+    g_timings = timings;
+}
+
+void resetProtocolTimingsForTesting()
+{
+    setProtocolTimingsForTesting(ProtocolTimings{});
+}
 
 } // namespace ZEKT
