@@ -33,9 +33,12 @@ void ZEKTChannel::startHeartbeats()
 
 bool ZEKTChannel::send(const QByteArray &frame)
 {
-    if (m_stopped || m_socket->state() != QAbstractSocket::ConnectedState)
+    // Still allowed after stop(): the last words (an error, a goodbye) go out that way.
+    if (m_socket->state() != QAbstractSocket::ConnectedState)
         return false;
     if (backlog() + frame.size() > maximumBacklog) {
+        if (m_stopped)
+            return false;
         stop();
         Q_EMIT failed(tr("The peer stopped reading (more than %1 MiB waiting to be sent)")
                           .arg(maximumBacklog / (1024 * 1024)),

@@ -25,7 +25,7 @@ public:
     void startHeartbeats();
     bool send(const QByteArray &frame);
     qint64 backlog() const;
-    // Stops all timers and reading; the socket stays for a last write.
+    // Stops timers and reading; send() still works for a last error or goodbye.
     void stop();
     // Reads whatever is buffered (after a signal connection was made late).
     void pump();

@@ -300,13 +300,15 @@ private Q_SLOTS:
 
         // Not CBOR, not a map, trailing bytes.
         const auto type = static_cast<quint16>(ZEKTFrameType::error);
-        QVERIFY(!ZEKTMessageCodec::decodeMessage({type, QByteArray("\xff\xff", 2)}).error.isEmpty());
+        QVERIFY(
+            !ZEKTMessageCodec::decodeMessage({type, QByteArray("\xff\xff", 2)}).error.isEmpty());
         QVERIFY(!ZEKTMessageCodec::decodeMessage({type, QCborValue(5).toCbor()}).error.isEmpty());
         QByteArray trailing = QCborMap{{"errorMessage", "x"}}.toCborValue().toCbor() + "x";
         QVERIFY(ZEKTMessageCodec::decodeMessage({type, trailing}).error.contains("trailing"));
 
         // Missing, mistyped and out-of-range fields.
-        QVERIFY(!ZEKTMessageCodec::decodeMessage(rawFrame(ZEKTFrameType::error, {})).error.isEmpty());
+        QVERIFY(
+            !ZEKTMessageCodec::decodeMessage(rawFrame(ZEKTFrameType::error, {})).error.isEmpty());
         const auto wrongType = ZEKTMessageCodec::decodeMessage(
             rawFrame(ZEKTFrameType::authenticationResponse, {{"success", "yes"}, {"reason", ""}}));
         QVERIFY(wrongType.error.contains(QStringLiteral("\"success\"")));
@@ -314,9 +316,9 @@ private Q_SLOTS:
                      rawFrame(ZEKTFrameType::handshakeResponse,
                               {{"protocolVersion", -1}, {"agentVersion", "1"}}))
                      .error.isEmpty());
-        QCborMap stats{{"totalMemory", 1}, {"freeMemory", 1},      {"totalDiskSpace", 1},
-                       {"freeDiskSpace", 1}, {"osVersion", "o"},   {"macModel", "m"},
-                       {"cpuUsage", 1.0},  {"activeProcess", "p"}};
+        QCborMap stats{{"totalMemory", 1},   {"freeMemory", 1},     {"totalDiskSpace", 1},
+                       {"freeDiskSpace", 1}, {"osVersion", "o"},    {"macModel", "m"},
+                       {"cpuUsage", 1.0},    {"activeProcess", "p"}};
         QVERIFY(ZEKTMessageCodec::decodeMessage(rawFrame(ZEKTFrameType::systemStats, stats)).ok());
         stats.insert(QStringLiteral("diskVolumes"), QCborArray{1});
         QVERIFY(!ZEKTMessageCodec::decodeMessage(rawFrame(ZEKTFrameType::systemStats, stats))
@@ -325,17 +327,15 @@ private Q_SLOTS:
         QVERIFY(!ZEKTMessageCodec::decodeRequest(
                      rawFrame(ZEKTFrameType::fileEnd, {{"requestId", 1}, {"sha256", "short"}}))
                      .error.isEmpty());
-        QVERIFY(!ZEKTMessageCodec::decodeRequest(
-                     rawFrame(ZEKTFrameType::startStreaming, {{"requestId", 1},
-                                                              {"displayID", 0},
-                                                              {"quality", 0.5},
-                                                              {"frameRate", 0}}))
-                     .error.isEmpty());
-        QVERIFY(!ZEKTMessageCodec::decodeRequest(
-                     rawFrame(ZEKTFrameType::key, {{"requestId", 1},
-                                                   {"keyCode", 70000},
-                                                   {"pressed", true},
-                                                   {"modifiers", 0}}))
+        QVERIFY(
+            !ZEKTMessageCodec::decodeRequest(
+                 rawFrame(ZEKTFrameType::startStreaming,
+                          {{"requestId", 1}, {"displayID", 0}, {"quality", 0.5}, {"frameRate", 0}}))
+                 .error.isEmpty());
+        QVERIFY(!ZEKTMessageCodec::decodeRequest(rawFrame(ZEKTFrameType::key, {{"requestId", 1},
+                                                                               {"keyCode", 70000},
+                                                                               {"pressed", true},
+                                                                               {"modifiers", 0}}))
                      .error.isEmpty());
     }
 
@@ -350,8 +350,8 @@ private Q_SLOTS:
         const QString keyPath = folder + QLatin1Char('/') + ZEKTIdentity::keyFileName();
         const QFile::Permissions mode = QFile::permissions(keyPath);
         QVERIFY(mode & QFile::ReadOwner);
-        QVERIFY(!(mode & (QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther |
-                          QFile::WriteOther)));
+        QVERIFY(!(mode &
+                  (QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther)));
         QCOMPARE(ZEKTIdentity::loadOrCreate(folder).fingerprint(), first.fingerprint());
 
         // The same value the openssl tool computes from the certificate's public key.
@@ -376,14 +376,17 @@ private Q_SLOTS:
     {
         QTemporaryDir dir;
         ZEKTKnownAgents::setPathForTesting(dir.filePath(QStringLiteral("sub/known.json")));
-        QCOMPARE(ZEKTKnownAgents::endpoint(QStringLiteral("::1"), 5905), QStringLiteral("[::1]:5905"));
+        QCOMPARE(ZEKTKnownAgents::endpoint(QStringLiteral("::1"), 5905),
+                 QStringLiteral("[::1]:5905"));
         QCOMPARE(ZEKTKnownAgents::endpoint(QStringLiteral("Host"), 1), QStringLiteral("host:1"));
         QVERIFY(!ZEKTKnownAgents::fingerprint(QStringLiteral("a:1")).fingerprint);
         QVERIFY(!ZEKTKnownAgents::store(QStringLiteral("a:1"), QStringLiteral("f1")));
         QVERIFY(!ZEKTKnownAgents::store(QStringLiteral("b:1"), QStringLiteral("f2")));
         QVERIFY(!ZEKTKnownAgents::store(QStringLiteral("a:1"), QStringLiteral("f3")));
-        QCOMPARE(*ZEKTKnownAgents::fingerprint(QStringLiteral("a:1")).fingerprint, QStringLiteral("f3"));
-        QCOMPARE(*ZEKTKnownAgents::fingerprint(QStringLiteral("b:1")).fingerprint, QStringLiteral("f2"));
+        QCOMPARE(*ZEKTKnownAgents::fingerprint(QStringLiteral("a:1")).fingerprint,
+                 QStringLiteral("f3"));
+        QCOMPARE(*ZEKTKnownAgents::fingerprint(QStringLiteral("b:1")).fingerprint,
+                 QStringLiteral("f2"));
 
         QFile file(ZEKTKnownAgents::path());
         QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
