@@ -5,6 +5,5 @@
 // Keep-alive sent by the agent; only its arrival matters.
 class HeartbeatMessage : public ZEKTMessage {
 public:
-
     QString typeName() const override { return QStringLiteral("HeartbeatMessage"); }
 };

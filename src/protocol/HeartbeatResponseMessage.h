@@ -5,6 +5,5 @@
 // The agent's answer to the console's heartbeat.
 class HeartbeatResponseMessage : public ZEKTMessage {
 public:
-
     QString typeName() const override { return QStringLiteral("HeartbeatResponseMessage"); }
 };

@@ -10,8 +10,8 @@ bool NetworkState::isNetworkDown() const
 QString NetworkState::text() const
 {
     auto withError = [this](const char *name) {
-        const QString detail = m_errorDescription.isEmpty() ? QString::number(m_errorCode)
-                                                            : m_errorDescription;
+        const QString detail =
+            m_errorDescription.isEmpty() ? QString::number(m_errorCode) : m_errorDescription;
         return QStringLiteral("%1(%2)").arg(QLatin1String(name), detail);
     };
     switch (m_kind) {

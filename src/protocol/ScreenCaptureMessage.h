@@ -7,8 +7,8 @@
 
 class ScreenCaptureMessage : public ZEKTMessage {
 public:
-    ScreenCaptureMessage(quint32 displayID, QByteArray imageData, QString imageFormat, float quality,
-                         quint64 frameNumber, std::optional<quint32> sequenceNumber,
+    ScreenCaptureMessage(quint32 displayID, QByteArray imageData, QString imageFormat,
+                         float quality, quint64 frameNumber, std::optional<quint32> sequenceNumber,
                          quint32 displayWidth, quint32 displayHeight)
         : displayID(displayID), imageData(std::move(imageData)),
           imageFormat(std::move(imageFormat)), quality(quality), frameNumber(frameNumber),

@@ -11,7 +11,7 @@ public:
     virtual ~ZEKTFileReceiver() = default;
     struct Decision {
         std::unique_ptr<ZEKTIncomingFile> file; // null when refused
-        QString refusal;                         // readable reason when refused
+        QString refusal;                        // readable reason when refused
     };
     virtual Decision begin(const QString &remoteFileName, qint64 size) = 0;
 };
