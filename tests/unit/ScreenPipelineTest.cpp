@@ -55,10 +55,13 @@ private Q_SLOTS:
             {{1920, 1080}, {640, 360}}, {{1080, 1920}, {360, 640}}, {{500, 500}, {640, 640}}};
         for (const auto &[source, expected] : cases) {
             QImage image(source, QImage::Format_RGB32);
-            image.fill(Qt::white);
+            image.fill(QColor(200, 40, 10));
             const QByteArray jpeg = thumbnailer.createThumbnail(image, 640);
             QVERIFY(jpeg.startsWith("\xFF\xD8"));
             QCOMPARE(thumbnailSize(jpeg), expected);
+            // Channels stay in place through the shrinking and the encoder.
+            const QColor centre = QImage::fromData(jpeg).pixelColor(expected.width() / 2, 10);
+            QVERIFY(qAbs(centre.red() - 200) < 6 && qAbs(centre.blue() - 10) < 6);
         }
         LogLines::clear();
         QVERIFY(thumbnailer.createThumbnail(QImage(), 640).isEmpty());
