@@ -66,7 +66,8 @@ QString thumbnailPath(const QString &directory, const QUuid &id)
 
 } // namespace
 
-AppState::AppState(std::unique_ptr<ZEKTManager> manager, QObject *parent)
+AppState::AppState(std::unique_ptr<ZEKTManager> manager, QObject *parent,
+                   bool consumesPendingActions)
     : QObject(parent), appGroupIdentifier(QLatin1String(AppIdentity::appGroupIdentifier)),
       computersKey(QStringLiteral("remoteComputers")),
       m_zektManager(manager ? std::move(manager) : std::make_unique<ZEKTManager>()),
@@ -79,7 +80,8 @@ AppState::AppState(std::unique_ptr<ZEKTManager> manager, QObject *parent)
       m_pendingActionsQueue(std::make_unique<SerialQueue>(
           QLatin1String(AppIdentity::applicationIdentifier) + QStringLiteral(".pendingActions"))),
       m_pendingActionsReadScheduled(std::make_shared<std::atomic<bool>>(false)),
-      m_isGone(std::make_shared<std::atomic<bool>>(false))
+      m_isGone(std::make_shared<std::atomic<bool>>(false)),
+      m_consumesPendingActions(consumesPendingActions)
 {
     m_sharedUserDefaults = SettingsFiles::openSharedSuite();
     if (!m_sharedUserDefaults)
@@ -540,7 +542,7 @@ void AppState::waitForConnection(const QUuid &id, double timeout,
 
 void AppState::processPendingActions()
 {
-    if (m_pendingActionsReadScheduled->exchange(true))
+    if (!m_consumesPendingActions || m_pendingActionsReadScheduled->exchange(true))
         return;
     QPointer<AppState> self(this);
     auto scheduled = m_pendingActionsReadScheduled;

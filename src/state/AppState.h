@@ -27,7 +27,10 @@ class AppState : public QObject {
 
 public:
     // `manager` replaces the session manager (tests); by default a real one is made.
-    explicit AppState(std::unique_ptr<ZEKTManager> manager = nullptr, QObject *parent = nullptr);
+    // A store made with `consumesPendingActions` false leaves the automation queue alone
+    // (a second writer of the suite in stress tests).
+    explicit AppState(std::unique_ptr<ZEKTManager> manager = nullptr, QObject *parent = nullptr,
+                      bool consumesPendingActions = true);
     ~AppState() override;
 
     const QString appGroupIdentifier;
@@ -134,4 +137,5 @@ private:
     // Set when this object goes, so that a queued read does not consume requests that
     // nobody would carry out.
     std::shared_ptr<std::atomic<bool>> m_isGone;
+    bool m_consumesPendingActions = true;
 };
