@@ -1,5 +1,7 @@
 #include "ZEKT.h"
 
+#include <QMutex>
+
 #include <atomic>
 
 namespace ZEKT {
@@ -8,6 +10,8 @@ namespace {
 std::atomic<double> g_connection{10.0};
 std::atomic<double> g_handshake{5.0};
 std::atomic<double> g_identityPrompt{15.0};
+QMutex g_timingsLock;
+ProtocolTimings g_timings;
 } // namespace
 
 QString toString(ConnectionState state)
@@ -52,6 +56,23 @@ void setTimeoutsForTesting(const TimeoutOverrides &overrides)
 void resetTimeoutsForTesting()
 {
     setTimeoutsForTesting(TimeoutOverrides{});
+}
+
+ProtocolTimings protocolTimings()
+{
+    QMutexLocker locker(&g_timingsLock);
+    return g_timings;
+}
+
+void setProtocolTimingsForTesting(const ProtocolTimings &timings)
+{
+    QMutexLocker locker(&g_timingsLock);
+    g_timings = timings;
+}
+
+void resetProtocolTimingsForTesting()
+{
+    setProtocolTimingsForTesting(ProtocolTimings{});
 }
 
 } // namespace ZEKT

@@ -35,4 +35,17 @@ struct TimeoutOverrides {
 void setTimeoutsForTesting(const TimeoutOverrides &overrides);
 void resetTimeoutsForTesting();
 
+// Session timings of both ends. Tests shorten them through setProtocolTimingsForTesting();
+// production code never calls that.
+struct ProtocolTimings {
+    double heartbeatInterval = 15.0;     // one heartbeat per interval each way
+    int silentIntervals = 3;             // silence this many intervals fails the session
+    double authenticationTimeout = 30.0; // server: time from accept to a successful login
+    double backoffBase = 10.0;           // server: first wait after 5 failed logins
+    double backoffMax = 3600.0;          // server: the wait doubles up to this
+};
+ProtocolTimings protocolTimings();
+void setProtocolTimingsForTesting(const ProtocolTimings &timings);
+void resetProtocolTimingsForTesting();
+
 } // namespace ZEKT

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/RemoteComputer.h"
+#include "session/ZEKTManager.h"
 #include "state/NavigationItem.h"
 
 #include <QDateTime>
@@ -17,7 +18,6 @@ class QSettings;
 class SerialQueue;
 struct PendingActions;
 class SharedSuiteWatcher;
-class ZEKTManager;
 
 // The application's one long-lived state: the configured computers and their
 // persistence, the navigation selection, the upload display state, supervision and

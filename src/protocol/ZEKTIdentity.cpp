@@ -1,0 +1,199 @@
+#include "ZEKTIdentity.h"
+
+#include "ZEKTError.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+
+#include <openssl/evp.h>
+#include <openssl/pem.h>
+#include <openssl/rand.h>
+#include <openssl/x509.h>
+
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <memory>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+struct OpenSslFree {
+    void operator()(EVP_PKEY *p) const { EVP_PKEY_free(p); }
+    void operator()(X509 *p) const { X509_free(p); }
+    void operator()(BIO *p) const { BIO_free(p); }
+};
+template <typename T> using Owned = std::unique_ptr<T, OpenSslFree>;
+
+QByteArray bioContents(BIO *bio)
+{
+    char *data = nullptr;
+    const long size = BIO_get_mem_data(bio, &data);
+    return QByteArray(data, static_cast<qsizetype>(size));
+}
+
+// The key is written to a private temporary file created 0600 and renamed over the
+// final name, so it is never readable by others, not even for a moment.
+void writePrivateFile(const QString &path, const QByteArray &contents)
+{
+    const QByteArray tmp = QFile::encodeName(path + QStringLiteral(".tmp"));
+    ::unlink(tmp.constData());
+    const int fd = ::open(tmp.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+    if (fd < 0)
+        throw ZEKTError(QStringLiteral("Cannot create %1: %2")
+                            .arg(path, QString::fromLocal8Bit(std::strerror(errno))));
+    qsizetype done = 0;
+    while (done < contents.size()) {
+        const ssize_t n = ::write(fd, contents.constData() + done, contents.size() - done);
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n <= 0) {
+            const int err = errno;
+            ::close(fd);
+            ::unlink(tmp.constData());
+            throw ZEKTError(QStringLiteral("Cannot write %1: %2")
+                                .arg(path, QString::fromLocal8Bit(std::strerror(err))));
+        }
+        done += n;
+    }
+    ::fsync(fd);
+    ::close(fd);
+    if (::rename(tmp.constData(), QFile::encodeName(path).constData()) != 0) {
+        const int err = errno;
+        ::unlink(tmp.constData());
+        throw ZEKTError(QStringLiteral("Cannot write %1: %2")
+                            .arg(path, QString::fromLocal8Bit(std::strerror(err))));
+    }
+}
+
+void writePublicFile(const QString &path, const QByteArray &contents)
+{
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(contents) != contents.size() ||
+        !file.commit())
+        throw ZEKTError(QStringLiteral("Cannot write %1: %2").arg(path, file.errorString()));
+}
+
+std::pair<QByteArray, QByteArray> generatePem()
+{
+    Owned<EVP_PKEY> key(EVP_PKEY_Q_keygen(nullptr, nullptr, "EC", "P-256"));
+    Owned<X509> cert(X509_new());
+    if (!key || !cert)
+        throw ZEKTError(QStringLiteral("Cannot generate the agent identity key"));
+
+    X509_set_version(cert.get(), 2);
+    unsigned char serial[16];
+    RAND_bytes(serial, sizeof serial);
+    serial[0] &= 0x7f;
+    BIGNUM *bn = BN_bin2bn(serial, sizeof serial, nullptr);
+    BN_to_ASN1_INTEGER(bn, X509_get_serialNumber(cert.get()));
+    BN_free(bn);
+    X509_gmtime_adj(X509_getm_notBefore(cert.get()), -24 * 3600);
+    X509_gmtime_adj(X509_getm_notAfter(cert.get()), 20L * 365 * 24 * 3600);
+    X509_set_pubkey(cert.get(), key.get());
+    X509_NAME *name = X509_get_subject_name(cert.get());
+    X509_NAME_add_entry_by_txt(name, "CN", MBSTRING_ASC,
+                               reinterpret_cast<const unsigned char *>("Telvane Agent"), -1, -1, 0);
+    X509_set_issuer_name(cert.get(), name);
+    if (X509_sign(cert.get(), key.get(), EVP_sha256()) == 0)
+        throw ZEKTError(QStringLiteral("Cannot sign the agent identity certificate"));
+
+    Owned<BIO> keyBio(BIO_new(BIO_s_mem()));
+    Owned<BIO> certBio(BIO_new(BIO_s_mem()));
+    if (!PEM_write_bio_PrivateKey(keyBio.get(), key.get(), nullptr, nullptr, 0, nullptr, nullptr) ||
+        !PEM_write_bio_X509(certBio.get(), cert.get()))
+        throw ZEKTError(QStringLiteral("Cannot encode the agent identity"));
+    return {bioContents(keyBio.get()), bioContents(certBio.get())};
+}
+
+bool keyMatchesCertificate(const QByteArray &keyPem, const QByteArray &certPem)
+{
+    Owned<BIO> keyBio(BIO_new_mem_buf(keyPem.constData(), static_cast<int>(keyPem.size())));
+    Owned<BIO> certBio(BIO_new_mem_buf(certPem.constData(), static_cast<int>(certPem.size())));
+    Owned<EVP_PKEY> key(PEM_read_bio_PrivateKey(keyBio.get(), nullptr, nullptr, nullptr));
+    Owned<X509> cert(PEM_read_bio_X509(certBio.get(), nullptr, nullptr, nullptr));
+    return key && cert && X509_check_private_key(cert.get(), key.get()) == 1;
+}
+
+QByteArray readFile(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        throw ZEKTError(QStringLiteral("Cannot read %1: %2").arg(path, file.errorString()));
+    return file.read(1024 * 1024);
+}
+
+} // namespace
+
+ZEKTIdentity::ZEKTIdentity(QSslCertificate certificate, QSslKey key)
+    : m_certificate(std::move(certificate)), m_key(std::move(key)),
+      m_fingerprint(fingerprintOf(m_certificate))
+{
+}
+
+ZEKTIdentity ZEKTIdentity::loadOrCreate(const QString &directory)
+{
+    QDir dir(directory);
+    if (!dir.exists() && !dir.mkpath(QStringLiteral(".")))
+        throw ZEKTError(QStringLiteral("Cannot create the identity folder %1").arg(directory));
+    ::chmod(QFile::encodeName(dir.absolutePath()).constData(), 0700);
+
+    const QString keyPath = dir.filePath(keyFileName());
+    const QString certPath = dir.filePath(certificateFileName());
+    const bool haveKey = QFileInfo::exists(keyPath);
+    const bool haveCert = QFileInfo::exists(certPath);
+
+    QByteArray keyPem;
+    QByteArray certPem;
+    if (!haveKey && !haveCert) {
+        std::tie(keyPem, certPem) = generatePem();
+        writePrivateFile(keyPath, keyPem);
+        writePublicFile(certPath, certPem);
+    } else if (haveKey != haveCert) {
+        throw ZEKTError(QStringLiteral("The agent identity in %1 is incomplete (%2 is missing); "
+                                       "remove the other file to create a new identity")
+                            .arg(directory, haveKey ? certificateFileName() : keyFileName()));
+    } else {
+        keyPem = readFile(keyPath);
+        certPem = readFile(certPath);
+        // A key that became readable by others is narrowed again.
+        ::chmod(QFile::encodeName(keyPath).constData(), 0600);
+    }
+
+    if (!keyMatchesCertificate(keyPem, certPem))
+        throw ZEKTError(QStringLiteral("The agent identity in %1 is damaged or its key does not "
+                                       "match its certificate")
+                            .arg(directory));
+    QSslKey key(keyPem, QSsl::Ec, QSsl::Pem, QSsl::PrivateKey);
+    QSslCertificate cert(certPem, QSsl::Pem);
+    if (key.isNull() || cert.isNull())
+        throw ZEKTError(QStringLiteral("The agent identity in %1 cannot be loaded").arg(directory));
+    return ZEKTIdentity(cert, key);
+}
+
+QString ZEKTIdentity::fingerprintOf(const QSslCertificate &certificate)
+{
+    const QByteArray der = certificate.toDer();
+    if (der.isEmpty())
+        return {};
+    const auto *p = reinterpret_cast<const unsigned char *>(der.constData());
+    Owned<X509> cert(d2i_X509(nullptr, &p, static_cast<long>(der.size())));
+    if (!cert)
+        return {};
+    unsigned char *spki = nullptr;
+    const int length = i2d_X509_PUBKEY(X509_get_X509_PUBKEY(cert.get()), &spki);
+    if (length <= 0)
+        return {};
+    unsigned char digest[EVP_MAX_MD_SIZE];
+    unsigned int digestLength = 0;
+    const bool ok = EVP_Digest(spki, static_cast<size_t>(length), digest, &digestLength,
+                               EVP_sha256(), nullptr) == 1;
+    OPENSSL_free(spki);
+    if (!ok)
+        return {};
+    return QString::fromLatin1(
+        QByteArray(reinterpret_cast<const char *>(digest), digestLength).toHex());
+}
