@@ -2,12 +2,9 @@
 
 #include "PendingActionKeys.h"
 #include "model/UuidText.h"
-#include "platform/AppPaths.h"
 #include "platform/SettingsFiles.h"
 
-#include <QDir>
 #include <QFileInfo>
-#include <QLockFile>
 #include <QSettings>
 #include <QVariantMap>
 
@@ -21,21 +18,14 @@ std::optional<QUuid> idFrom(const QVariant &value)
     return UuidText::parse(value.toString());
 }
 
-std::optional<QUuid> takeComputerId(QSettings &suite, const char *key, bool &removed)
+std::optional<QUuid> readComputerId(QSettings &suite, const char *key)
 {
-    const QString name = QLatin1String(key);
-    const std::optional<QUuid> id = idFrom(suite.value(name));
-    if (id) {
-        suite.remove(name);
-        removed = true;
-    }
-    return id;
+    return idFrom(suite.value(QLatin1String(key)));
 }
 
-std::optional<PendingActions::Upload> takeUpload(QSettings &suite, bool &removed)
+std::optional<PendingActions::Upload> readUpload(QSettings &suite)
 {
-    const QString name = QLatin1String(PendingActionKeys::fileUpload);
-    const QVariant value = suite.value(name);
+    const QVariant value = suite.value(QLatin1String(PendingActionKeys::fileUpload));
     if (value.typeId() != QMetaType::QVariantMap)
         return std::nullopt;
     const QVariantMap entry = value.toMap();
@@ -52,44 +42,52 @@ std::optional<PendingActions::Upload> takeUpload(QSettings &suite, bool &removed
                           ? fileName.toString()
                           : QFileInfo(upload.filePath).fileName();
     upload.computerId = *id;
-    suite.remove(name);
-    removed = true;
     return upload;
+}
+
+// The well-formed entries; nothing is removed here.
+PendingActions read(QSettings &suite)
+{
+    PendingActions actions;
+    actions.connection = readComputerId(suite, PendingActionKeys::connection);
+    actions.disconnection = readComputerId(suite, PendingActionKeys::disconnection);
+    actions.remoteControl = readComputerId(suite, PendingActionKeys::remoteControl);
+    actions.stopRemoteControl = readComputerId(suite, PendingActionKeys::stopRemoteControl);
+    actions.fileUpload = readUpload(suite);
+    return actions;
+}
+
+void removeTaken(QSettings &suite, const PendingActions &actions)
+{
+    const std::pair<bool, const char *> entries[] = {
+        {actions.connection.has_value(), PendingActionKeys::connection},
+        {actions.disconnection.has_value(), PendingActionKeys::disconnection},
+        {actions.remoteControl.has_value(), PendingActionKeys::remoteControl},
+        {actions.stopRemoteControl.has_value(), PendingActionKeys::stopRemoteControl},
+        {actions.fileUpload.has_value(), PendingActionKeys::fileUpload},
+    };
+    for (const auto &[isTaken, key] : entries) {
+        if (isTaken)
+            suite.remove(QLatin1String(key));
+    }
 }
 
 } // namespace
 
-std::unique_ptr<QLockFile> lock()
-{
-    const QString directory = AppPaths::sharedContainerDirectory();
-    if (directory.isEmpty() || !QDir().mkpath(directory))
-        return nullptr;
-    auto file = std::make_unique<QLockFile>(QDir(directory).filePath(QStringLiteral("queue.lock")));
-    // A holder that died keeps the file; QLockFile removes it once its process is gone.
-    file->setStaleLockTime(5000);
-    if (!file->tryLock(5000))
-        return nullptr;
-    return file;
-}
-
 PendingActions take(QSettings &suite)
 {
-    const std::unique_ptr<QLockFile> held = lock();
     // QSettings caches the file per process; without this the console would not see
     // what telvanectl wrote.
     suite.sync();
-    bool removed = false;
+    // Most change notices come from the console's own saves: a first look without the
+    // write lock, so that those cost no write (and cause no further notice).
+    if (read(suite).isEmpty())
+        return {};
     PendingActions actions;
-    actions.connection = takeComputerId(suite, PendingActionKeys::connection, removed);
-    actions.disconnection = takeComputerId(suite, PendingActionKeys::disconnection, removed);
-    actions.remoteControl = takeComputerId(suite, PendingActionKeys::remoteControl, removed);
-    actions.stopRemoteControl =
-        takeComputerId(suite, PendingActionKeys::stopRemoteControl, removed);
-    actions.fileUpload = takeUpload(suite, removed);
-    // Nothing is written when nothing was consumed, so a read caused by our own save
-    // does not cause another change notice.
-    if (removed)
-        SettingsFiles::syncDurably(suite);
+    SettingsFiles::writeSynchronized(suite, [&](QSettings &settings) {
+        actions = read(settings);
+        removeTaken(settings, actions);
+    });
     return actions;
 }
 

@@ -2,7 +2,6 @@
 
 #include "AppIntentUploadError.h"
 #include "PendingActionKeys.h"
-#include "PendingActionQueue.h"
 #include "model/ComputerJson.h"
 #include "model/UuidText.h"
 #include "platform/AppIdentity.h"
@@ -12,7 +11,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QLockFile>
 #include <QSettings>
 #include <QVariantMap>
 #include <cerrno>
@@ -67,8 +65,9 @@ QList<RemoteComputer> SharedAppState::loadComputers()
         if (!legacy.isEmpty()) {
             const QByteArray data = ComputerJson::encodeList(legacy);
             if (!data.isEmpty()) {
-                m_userDefaults->setValue(computersKey, data);
-                SettingsFiles::syncDurably(*m_userDefaults);
+                SettingsFiles::writeSynchronized(*m_userDefaults, [&](QSettings &settings) {
+                    settings.setValue(computersKey, data);
+                });
             }
         }
     }
@@ -135,7 +134,6 @@ void SharedAppState::writeQueueEntry(const QString &key, const QVariant &value)
 {
     if (!m_userDefaults)
         return;
-    const std::unique_ptr<QLockFile> held = PendingActionQueue::lock();
-    m_userDefaults->setValue(key, value);
-    SettingsFiles::syncDurably(*m_userDefaults);
+    SettingsFiles::writeSynchronized(*m_userDefaults,
+                                     [&](QSettings &settings) { settings.setValue(key, value); });
 }

@@ -237,8 +237,8 @@ void AppState::saveComputers()
         std::unique_ptr<QSettings> suite = SettingsFiles::openSharedSuite();
         if (!suite)
             suite = SettingsFiles::openStandard();
-        suite->setValue(key, data);
-        SettingsFiles::syncDurably(*suite);
+        SettingsFiles::writeSynchronized(
+            *suite, [&](QSettings &settings) { settings.setValue(key, data); });
     });
 }
 
@@ -282,8 +282,8 @@ void AppState::migrateLegacyComputersIfNeeded()
                                  QStringLiteral("ERROR"));
         return;
     }
-    m_sharedUserDefaults->setValue(computersKey, data);
-    SettingsFiles::syncDurably(*m_sharedUserDefaults);
+    SettingsFiles::writeSynchronized(
+        *m_sharedUserDefaults, [&](QSettings &settings) { settings.setValue(computersKey, data); });
     LogManager::shared().log(
         QStringLiteral("Migrated %1 computers from legacy user defaults to the "
                        "shared app group")

@@ -29,6 +29,11 @@ private Q_SLOTS:
         QHash<QString, QString> written;
         QRandomGenerator random(20261123);
         int writerSaves = 0;
+        QList<RemoteComputer> seed(count);
+        for (RemoteComputer &computer : seed)
+            computer.host = QStringLiteral("seed.local");
+        SettingsFiles::openSharedSuite()->setValue(QStringLiteral("remoteComputers"),
+                                                   ComputerJson::encodeList(seed));
         QByteArray previous;
 
         for (int round = 0; round < 50; ++round) {
@@ -38,7 +43,7 @@ private Q_SLOTS:
             writer.start(QStringLiteral(SUITE_WRITER_PATH), {QString::number(count)});
             QVERIFY(writer.waitForStarted());
             // Write queue keys while the list is being saved, then kill at a random moment.
-            const qint64 until = QDateTime::currentMSecsSinceEpoch() + random.bounded(20, 250);
+            const qint64 until = QDateTime::currentMSecsSinceEpoch() + random.bounded(30, 400);
             while (QDateTime::currentMSecsSinceEpoch() < until) {
                 const QUuid id = QUuid::createUuid();
                 const char *key = keys[random.bounded(4)];
@@ -52,13 +57,11 @@ private Q_SLOTS:
             const auto suite = SettingsFiles::openSharedSuite();
             QCOMPARE(suite->status(), QSettings::NoError);
             const QVariant blob = suite->value(QStringLiteral("remoteComputers"));
-            if (round > 0 || blob.isValid()) {
-                const auto list = ComputerJson::decodeList(blob.toByteArray());
-                QVERIFY2(list, qPrintable(QStringLiteral("round %1").arg(round)));
-                QCOMPARE(list->size(), count);
-                writerSaves += blob.toByteArray() != previous ? 1 : 0;
-                previous = blob.toByteArray();
-            }
+            const auto list = ComputerJson::decodeList(blob.toByteArray());
+            QVERIFY2(list, qPrintable(QStringLiteral("round %1").arg(round)));
+            QCOMPARE(list->size(), count);
+            writerSaves += blob.toByteArray() != previous ? 1 : 0;
+            previous = blob.toByteArray();
             for (auto it = written.cbegin(); it != written.cend(); ++it)
                 QCOMPARE(suite->value(it.key()).toString(), it.value());
         }
