@@ -17,8 +17,10 @@ std::optional<QString> X11Connection::sessionUnavailableReason()
     return std::nullopt;
 }
 
-void X11Connection::reset()
+void X11Connection::reset(const QString &reason)
 {
+    if (!reason.isEmpty())
+        m_lastError = reason;
     if (m_connection)
         xcb_disconnect(m_connection);
     m_connection = nullptr;

@@ -27,7 +27,8 @@ public:
     // The open connection without reconnecting; null when there is none.
     xcb_connection_t *current() const { return m_connection; }
     // Drops the connection, e.g. after a failed request; the next ensure() reconnects.
-    void reset();
+    // `reason` is reported until then.
+    void reset(const QString &reason = QString());
     QString lastError() const { return m_lastError; }
     // Counts successful connects, so users can rebuild per-connection state.
     quint64 generation() const { return m_generation; }

@@ -39,7 +39,7 @@ std::optional<quint32> cardinalProperty(xcb_connection_t *c, xcb_window_t window
 
 QString X11DisplayFactsSource::activeProcess()
 {
-    xcb_connection_t *c = m_x.ensure();
+    xcb_connection_t *c = m_x.current();
     const auto window =
         cardinalProperty(c, m_x.screen()->root, atom(c, "_NET_ACTIVE_WINDOW"), XCB_ATOM_WINDOW);
     if (!window || *window == XCB_NONE)
@@ -100,7 +100,10 @@ DisplayFacts X11DisplayFactsSource::query()
     facts.displayCount = monitors;
     facts.mainResolution = primary;
     facts.activeProcess = activeProcess();
-    if (xcb_connection_has_error(c))
-        m_x.reset();
+    // A server that went away shows up only when a request fails.
+    if (xcb_connection_has_error(c)) {
+        m_x.reset(QStringLiteral("The X display connection was lost"));
+        return DisplayFacts{};
+    }
     return facts;
 }

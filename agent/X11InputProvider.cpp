@@ -45,7 +45,9 @@ std::optional<QString> X11InputProvider::ready()
 
 std::optional<QString> X11InputProvider::fake(quint8 type, quint8 detail, int x, int y)
 {
-    xcb_connection_t *c = m_x.ensure();
+    xcb_connection_t *c = m_x.current();
+    if (!c || !m_x.screen())
+        return QStringLiteral("The X display connection was lost");
     const xcb_window_t root = type == XCB_MOTION_NOTIFY ? m_x.screen()->root : XCB_NONE;
     const auto cookie = xcb_test_fake_input_checked(c, type, detail, XCB_CURRENT_TIME, root,
                                                     qint16(x), qint16(y), 0);
@@ -55,14 +57,16 @@ std::optional<QString> X11InputProvider::fake(quint8 type, quint8 detail, int x,
         return QStringLiteral("The X server refused the input event (error %1)").arg(code);
     }
     if (xcb_connection_has_error(c)) {
-        m_x.reset();
-        return QStringLiteral("The X display connection was lost");
+        m_x.reset(QStringLiteral("The X display connection was lost"));
+        return m_x.lastError();
     }
     return std::nullopt;
 }
 
 std::optional<QString> X11InputProvider::moveTo(double x, double y)
 {
+    if (!m_x.screen())
+        return QStringLiteral("The X display connection was lost");
     int px = 0, py = 0;
     toXPoint(x, y, m_x.screen()->width_in_pixels, m_x.screen()->height_in_pixels, px, py);
     return fake(XCB_MOTION_NOTIFY, 0, px, py);
@@ -101,7 +105,7 @@ std::optional<QString> X11InputProvider::key(quint16 keyCode, bool pressed, quin
     if (MacKeyCodeTable::isModifierKey(keyCode) || !pressed)
         return fake(pressed ? XCB_KEY_PRESS : XCB_KEY_RELEASE, *keycode);
 
-    xcb_connection_t *c = m_x.ensure();
+    xcb_connection_t *c = m_x.current();
     const MacKeyCodeTable::Modifiers wanted = MacKeyCodeTable::modifiersFromFlags(modifiers);
     // Caps Lock is a state: toggle it only when the remote one differs.
     auto *pointer = xcb_query_pointer_reply(c, xcb_query_pointer(c, m_x.screen()->root), nullptr);

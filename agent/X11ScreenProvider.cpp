@@ -70,7 +70,7 @@ bool X11ScreenProvider::setUpConnection()
 
 void X11ScreenProvider::drainDamage()
 {
-    xcb_connection_t *c = m_x.ensure();
+    xcb_connection_t *c = m_x.current();
     bool damaged = false;
     while (xcb_generic_event_t *event = xcb_poll_for_event(c)) {
         if ((event->response_type & 0x7f) == m_damageEventBase + XCB_DAMAGE_NOTIFY)
@@ -87,8 +87,12 @@ void X11ScreenProvider::drainDamage()
 
 bool X11ScreenProvider::grab(Image &image, QString &error)
 {
-    xcb_connection_t *c = m_x.ensure();
+    xcb_connection_t *c = m_x.current();
     xcb_screen_t *screen = m_x.screen();
+    if (!c || !screen || xcb_connection_has_error(c)) {
+        error = QStringLiteral("The X display connection was lost");
+        return false;
+    }
     const int width = screen->width_in_pixels;
     const int height = screen->height_in_pixels;
     const size_t bytes = size_t(width) * size_t(height) * 4;
@@ -103,7 +107,7 @@ bool X11ScreenProvider::grab(Image &image, QString &error)
             if (address != reinterpret_cast<void *>(-1)) {
                 m_shmAddress = static_cast<uchar *>(address);
                 m_shmSeg = xcb_generate_id(c);
-                const auto check = xcb_shm_attach_checked(c, m_shmSeg, quint32(m_shmId), 1);
+                const auto check = xcb_shm_attach_checked(c, m_shmSeg, quint32(m_shmId), 0);
                 if (xcb_generic_error_t *attachError = xcb_request_check(c, check)) {
                     // A remote X server cannot see our memory: fall back to GetImage.
                     std::free(attachError);
@@ -156,12 +160,24 @@ ZEKTCapturedFrame X11ScreenProvider::capture(float quality, bool skipIfUnchanged
                                              quintptr streamKey)
 {
     QMutexLocker lock(&m_mutex);
+    if (skipIfUnchanged)
+        m_streaming.insert(streamKey);
+    ZEKTCapturedFrame frame = captureLocked(quality, skipIfUnchanged, streamKey);
+    // The 8 MB shared segment is kept only while someone streams.
+    if (m_streaming.isEmpty())
+        releaseShm();
+    return frame;
+}
+
+ZEKTCapturedFrame X11ScreenProvider::captureLocked(float quality, bool skipIfUnchanged,
+                                                   quintptr streamKey)
+{
     ZEKTCapturedFrame frame;
     if (!setUpConnection()) {
         frame.error = m_x.lastError();
         return frame;
     }
-    const xcb_setup_t *setup = xcb_get_setup(m_x.ensure());
+    const xcb_setup_t *setup = xcb_get_setup(m_x.current());
     if (setup->image_byte_order != XCB_IMAGE_ORDER_LSB_FIRST || m_x.screen()->root_depth < 24) {
         frame.error = QStringLiteral("The X display uses a pixel format the agent cannot capture");
         return frame;
@@ -181,7 +197,7 @@ ZEKTCapturedFrame X11ScreenProvider::capture(float quality, bool skipIfUnchanged
 
     Image image;
     if (!grab(image, frame.error)) {
-        m_x.reset(); // the server may have gone; reconnect on the next request
+        m_x.reset(frame.error); // the server may have gone; reconnect on the next request
         return frame;
     }
     const quint64 digest =
@@ -208,4 +224,7 @@ void X11ScreenProvider::endStream(quintptr streamKey)
     m_changes.forget(streamKey);
     QMutexLocker lock(&m_mutex);
     m_streamDamageSeen.remove(streamKey);
+    m_streaming.remove(streamKey);
+    if (m_streaming.isEmpty())
+        releaseShm();
 }

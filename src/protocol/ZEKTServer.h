@@ -38,6 +38,7 @@ public:
 
     // Listens on the configured address and port; false with errorString() on failure.
     bool listen();
+    QString errorString() const;
     // Sends a DisconnectMessage with `reason` to every session, closes them and stops
     // listening.
     void stop(const QString &reason);

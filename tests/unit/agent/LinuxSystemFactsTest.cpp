@@ -112,3 +112,26 @@ TEST(LinuxSystemFacts, EncryptionFollowsDeviceMapperLayers)
     EXPECT_EQ(F::isEncryptedDevice(root, "8:2"), false);
     EXPECT_EQ(F::isEncryptedDevice(root, "9:9"), std::nullopt);
 }
+
+#include "LinuxStatsProvider.h"
+
+TEST(LinuxStatsProvider, RequiredFieldsAlwaysAndNoDisplayMeansNotAuthorized)
+{
+    LinuxStatsProvider provider("1.2.3", nullptr);
+    const SystemStatsMessage s = provider.collect();
+    EXPECT_GT(s.totalMemory, 0u);
+    EXPECT_LE(s.freeMemory, s.totalMemory);
+    EXPECT_LE(s.freeDiskSpace, s.totalDiskSpace);
+    EXPECT_FALSE(s.osVersion.isEmpty());
+    EXPECT_FALSE(s.macModel.isEmpty());
+    EXPECT_GE(s.cpuUsage, 0.0);
+    EXPECT_LE(s.cpuUsage, 1.0);
+    EXPECT_TRUE(s.activeProcess.isEmpty());
+    EXPECT_EQ(s.screenCaptureAuthorized, false);
+    EXPECT_EQ(s.accessibilityAuthorized, false);
+    EXPECT_FALSE(s.displayCount);
+    EXPECT_EQ(s.agentVersion, QStringLiteral("1.2.3"));
+    // Nothing Linux cannot tell is invented.
+    EXPECT_FALSE(s.sipEnabled || s.gatekeeperEnabled || s.mdmEnrolled || s.lastSleepCause ||
+                 s.lastWakeCause || s.screenLocked);
+}

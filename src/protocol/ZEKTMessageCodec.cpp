@@ -1,0 +1,632 @@
+#include "ZEKTMessageCodec.h"
+
+#include "AuthenticationResponseMessage.h"
+#include "DisconnectMessage.h"
+#include "ErrorMessage.h"
+#include "FileTransferResponseMessage.h"
+#include "HandshakeResponseMessage.h"
+#include "HeartbeatMessage.h"
+#include "HeartbeatResponseMessage.h"
+#include "ScreenCaptureMessage.h"
+#include "SystemStatsMessage.h"
+#include "ZEKTCommandResultMessage.h"
+#include "ZEKTFileReadyMessage.h"
+#include "ZEKTFrameType.h"
+
+#include <QCborArray>
+#include <QCborStreamReader>
+#include <QCborValue>
+#include <cmath>
+#include <limits>
+
+namespace {
+
+using Type = ZEKTFrameType;
+using Kind = ZEKTRequest::Kind;
+
+QByteArray frame(Type type, const QCborMap &body)
+{
+    return ZEKTFrame::encode(static_cast<quint16>(type), body);
+}
+
+// Typed, validating access to one frame body; remembers the first problem.
+class Fields {
+public:
+    Fields(QCborMap map, const char *what) : m_map(std::move(map)), m_what(what) {}
+
+    QString error() const { return m_error; }
+    bool has(const char *key) const { return m_map.contains(QLatin1String(key)); }
+
+    qint64 integer(const char *key, qint64 min, qint64 max)
+    {
+        const QCborValue v = value(key);
+        if (v.isUndefined())
+            return 0;
+        if (!v.isInteger() || v.toInteger() < min || v.toInteger() > max)
+            return bad(key), 0;
+        return v.toInteger();
+    }
+    quint32 u32(const char *key)
+    {
+        return static_cast<quint32>(integer(key, 0, std::numeric_limits<quint32>::max()));
+    }
+    quint64 u64(const char *key)
+    {
+        return static_cast<quint64>(integer(key, 0, std::numeric_limits<qint64>::max()));
+    }
+    double real(const char *key)
+    {
+        const QCborValue v = value(key);
+        if (v.isUndefined())
+            return 0.0;
+        if (!v.isDouble() && !v.isInteger())
+            return bad(key), 0.0;
+        const double d = v.toDouble();
+        if (!std::isfinite(d))
+            return bad(key), 0.0;
+        return d;
+    }
+    bool boolean(const char *key)
+    {
+        const QCborValue v = value(key);
+        if (v.isUndefined())
+            return false;
+        if (!v.isBool())
+            return bad(key), false;
+        return v.toBool();
+    }
+    QString text(const char *key)
+    {
+        const QCborValue v = value(key);
+        if (v.isUndefined())
+            return {};
+        if (!v.isString())
+            return bad(key), QString();
+        return v.toString();
+    }
+    QByteArray bytes(const char *key)
+    {
+        const QCborValue v = value(key);
+        if (v.isUndefined())
+            return {};
+        if (!v.isByteArray())
+            return bad(key), QByteArray();
+        return v.toByteArray();
+    }
+    QCborArray array(const char *key)
+    {
+        const QCborValue v = value(key);
+        if (v.isUndefined())
+            return {};
+        if (!v.isArray())
+            return bad(key), QCborArray();
+        return v.toArray();
+    }
+
+    // Optional fields: absent or null gives nullopt; present with a wrong type is an error.
+    template <typename F> auto optional(const char *key, F get) -> std::optional<decltype(get())>
+    {
+        const QCborValue v = m_map.value(QLatin1String(key));
+        if (v.isUndefined() || v.isNull())
+            return std::nullopt;
+        return get();
+    }
+
+private:
+    QCborValue value(const char *key)
+    {
+        const QCborValue v = m_map.value(QLatin1String(key));
+        if (v.isUndefined())
+            bad(key, "missing");
+        return v;
+    }
+    void bad(const char *key, const char *problem = "of the wrong type or out of range")
+    {
+        if (m_error.isEmpty())
+            m_error = QStringLiteral("Malformed %1 frame: field \"%2\" is %3")
+                          .arg(QLatin1String(m_what), QLatin1String(key), QLatin1String(problem));
+    }
+
+    QCborMap m_map;
+    const char *m_what;
+    QString m_error;
+};
+
+// The whole body must be exactly one CBOR map (an empty body counts as an empty map).
+std::optional<QCborMap> parseBody(const QByteArray &body, QString *error)
+{
+    if (body.isEmpty())
+        return QCborMap();
+    QCborStreamReader reader(body);
+    const QCborValue value = QCborValue::fromCbor(reader);
+    if (reader.lastError() != QCborError::NoError) {
+        *error = QStringLiteral("Malformed frame body: %1").arg(reader.lastError().toString());
+        return std::nullopt;
+    }
+    if (!value.isMap()) {
+        *error = QStringLiteral("Malformed frame body: not a CBOR map");
+        return std::nullopt;
+    }
+    if (reader.currentOffset() != body.size()) {
+        *error = QStringLiteral("Malformed frame body: trailing bytes after the CBOR map");
+        return std::nullopt;
+    }
+    return value.toMap();
+}
+
+QCborMap encodeStats(const SystemStatsMessage &s)
+{
+    QCborMap m;
+    m.insert(QStringLiteral("totalMemory"), static_cast<qint64>(s.totalMemory));
+    m.insert(QStringLiteral("freeMemory"), static_cast<qint64>(s.freeMemory));
+    m.insert(QStringLiteral("totalDiskSpace"), static_cast<qint64>(s.totalDiskSpace));
+    m.insert(QStringLiteral("freeDiskSpace"), static_cast<qint64>(s.freeDiskSpace));
+    m.insert(QStringLiteral("osVersion"), s.osVersion);
+    m.insert(QStringLiteral("macModel"), s.macModel);
+    m.insert(QStringLiteral("cpuUsage"), s.cpuUsage);
+    m.insert(QStringLiteral("activeProcess"), s.activeProcess);
+    auto put = [&m](const char *key, const auto &opt) {
+        if (opt)
+            m.insert(QLatin1String(key), QCborValue(*opt));
+    };
+    if (s.uptimeSeconds)
+        m.insert(QStringLiteral("uptimeSeconds"), static_cast<qint64>(*s.uptimeSeconds));
+    put("agentVersion", s.agentVersion);
+    put("screenCaptureAuthorized", s.screenCaptureAuthorized);
+    put("accessibilityAuthorized", s.accessibilityAuthorized);
+    put("screenLocked", s.screenLocked);
+    put("primaryIPAddress", s.primaryIPAddress);
+    put("loggedInUser", s.loggedInUser);
+    put("networkName", s.networkName);
+    if (s.displayCount)
+        m.insert(QStringLiteral("displayCount"), static_cast<qint64>(*s.displayCount));
+    put("mainDisplayResolution", s.mainDisplayResolution);
+    put("serialNumber", s.serialNumber);
+    put("hardwareUUID", s.hardwareUUID);
+    put("fileVaultEnabled", s.fileVaultEnabled);
+    put("sipEnabled", s.sipEnabled);
+    put("gatekeeperEnabled", s.gatekeeperEnabled);
+    put("mdmEnrolled", s.mdmEnrolled);
+    if (s.lastBootTime)
+        m.insert(QStringLiteral("lastBootTime"), s.lastBootTime->toMSecsSinceEpoch() / 1000.0);
+    put("lastSleepCause", s.lastSleepCause);
+    put("lastWakeCause", s.lastWakeCause);
+    if (s.diskVolumes) {
+        QCborArray volumes;
+        for (const ZEKTDiskVolumeInfo &v : *s.diskVolumes) {
+            QCborMap vm;
+            vm.insert(QStringLiteral("name"), v.name);
+            vm.insert(QStringLiteral("path"), v.path);
+            vm.insert(QStringLiteral("totalBytes"), static_cast<qint64>(v.totalBytes));
+            vm.insert(QStringLiteral("freeBytes"), static_cast<qint64>(v.freeBytes));
+            volumes.append(vm);
+        }
+        m.insert(QStringLiteral("diskVolumes"), volumes);
+    }
+    return m;
+}
+
+std::shared_ptr<SystemStatsMessage> decodeStats(Fields &f)
+{
+    auto s = std::make_shared<SystemStatsMessage>();
+    s->totalMemory = f.u64("totalMemory");
+    s->freeMemory = f.u64("freeMemory");
+    s->totalDiskSpace = f.u64("totalDiskSpace");
+    s->freeDiskSpace = f.u64("freeDiskSpace");
+    s->osVersion = f.text("osVersion");
+    s->macModel = f.text("macModel");
+    s->cpuUsage = f.real("cpuUsage");
+    s->activeProcess = f.text("activeProcess");
+    s->uptimeSeconds = f.optional("uptimeSeconds", [&] { return f.u64("uptimeSeconds"); });
+    auto str = [&f](const char *k) { return f.optional(k, [&] { return f.text(k); }); };
+    auto flag = [&f](const char *k) { return f.optional(k, [&] { return f.boolean(k); }); };
+    s->agentVersion = str("agentVersion");
+    s->screenCaptureAuthorized = flag("screenCaptureAuthorized");
+    s->accessibilityAuthorized = flag("accessibilityAuthorized");
+    s->screenLocked = flag("screenLocked");
+    s->primaryIPAddress = str("primaryIPAddress");
+    s->loggedInUser = str("loggedInUser");
+    s->networkName = str("networkName");
+    s->displayCount = f.optional("displayCount", [&] { return f.u32("displayCount"); });
+    s->mainDisplayResolution = str("mainDisplayResolution");
+    s->serialNumber = str("serialNumber");
+    s->hardwareUUID = str("hardwareUUID");
+    s->fileVaultEnabled = flag("fileVaultEnabled");
+    s->sipEnabled = flag("sipEnabled");
+    s->gatekeeperEnabled = flag("gatekeeperEnabled");
+    s->mdmEnrolled = flag("mdmEnrolled");
+    s->lastBootTime = f.optional("lastBootTime", [&] {
+        const double seconds = f.real("lastBootTime");
+        return QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(std::llround(seconds * 1000.0)),
+                                              Qt::UTC);
+    });
+    s->lastSleepCause = str("lastSleepCause");
+    s->lastWakeCause = str("lastWakeCause");
+    s->diskVolumes = f.optional("diskVolumes", [&] {
+        QList<ZEKTDiskVolumeInfo> volumes;
+        for (const QCborValue &item : f.array("diskVolumes")) {
+            Fields vf(item.toMap(), "disk volume");
+            if (!item.isMap())
+                vf.text("name"); // records the problem
+            ZEKTDiskVolumeInfo v;
+            v.name = vf.text("name");
+            v.path = vf.text("path");
+            v.totalBytes = vf.u64("totalBytes");
+            v.freeBytes = vf.u64("freeBytes");
+            if (!vf.error().isEmpty()) {
+                f.text("diskVolumes"); // turn the volume's problem into the frame's
+                break;
+            }
+            volumes.append(v);
+        }
+        return volumes;
+    });
+    return s;
+}
+
+} // namespace
+
+QByteArray ZEKTMessageCodec::encodeMessage(const ZEKTMessage &message)
+{
+    QCborMap m;
+    if (dynamic_cast<const HeartbeatMessage *>(&message))
+        return frame(Type::heartbeat, m);
+    if (dynamic_cast<const HeartbeatResponseMessage *>(&message))
+        return frame(Type::heartbeatResponse, m);
+    if (auto *d = dynamic_cast<const DisconnectMessage *>(&message)) {
+        m.insert(QStringLiteral("reason"), d->reason);
+        return frame(Type::disconnect, m);
+    }
+    if (auto *h = dynamic_cast<const HandshakeResponseMessage *>(&message)) {
+        m.insert(QStringLiteral("protocolVersion"), static_cast<qint64>(h->protocolVersion));
+        m.insert(QStringLiteral("agentVersion"), h->agentVersion);
+        return frame(Type::handshakeResponse, m);
+    }
+    if (auto *a = dynamic_cast<const AuthenticationResponseMessage *>(&message)) {
+        m.insert(QStringLiteral("success"), a->success);
+        m.insert(QStringLiteral("reason"), a->reason);
+        return frame(Type::authenticationResponse, m);
+    }
+    if (auto *r = dynamic_cast<const ZEKTCommandResultMessage *>(&message)) {
+        m.insert(QStringLiteral("requestId"), static_cast<qint64>(r->requestId));
+        m.insert(QStringLiteral("success"), r->success);
+        m.insert(QStringLiteral("error"), r->error);
+        return frame(Type::commandResult, m);
+    }
+    if (auto *s = dynamic_cast<const ScreenCaptureMessage *>(&message)) {
+        m.insert(QStringLiteral("displayID"), static_cast<qint64>(s->displayID));
+        m.insert(QStringLiteral("imageData"), s->imageData);
+        m.insert(QStringLiteral("imageFormat"), s->imageFormat);
+        m.insert(QStringLiteral("quality"), static_cast<double>(s->quality));
+        m.insert(QStringLiteral("frameNumber"), static_cast<qint64>(s->frameNumber));
+        if (s->sequenceNumber)
+            m.insert(QStringLiteral("sequenceNumber"), static_cast<qint64>(*s->sequenceNumber));
+        m.insert(QStringLiteral("displayWidth"), static_cast<qint64>(s->displayWidth));
+        m.insert(QStringLiteral("displayHeight"), static_cast<qint64>(s->displayHeight));
+        return frame(Type::screenImage, m);
+    }
+    if (auto *s = dynamic_cast<const SystemStatsMessage *>(&message))
+        return frame(Type::systemStats, encodeStats(*s));
+    if (auto *e = dynamic_cast<const ErrorMessage *>(&message)) {
+        m.insert(QStringLiteral("errorMessage"), e->errorMessage);
+        return frame(Type::error, m);
+    }
+    if (auto *r = dynamic_cast<const ZEKTFileReadyMessage *>(&message)) {
+        m.insert(QStringLiteral("transferId"), static_cast<qint64>(r->transferId));
+        m.insert(QStringLiteral("accepted"), r->accepted);
+        m.insert(QStringLiteral("reason"), r->reason);
+        return frame(Type::fileReady, m);
+    }
+    if (auto *r = dynamic_cast<const FileTransferResponseMessage *>(&message)) {
+        m.insert(QStringLiteral("success"), r->success);
+        m.insert(QStringLiteral("message"), r->message);
+        return frame(Type::fileResponse, m);
+    }
+    Q_ASSERT_X(false, "ZEKTMessageCodec", "message type without a wire form");
+    return {};
+}
+
+ZEKTMessageCodec::Decoded<ZEKTMessagePtr> ZEKTMessageCodec::decodeMessage(const ZEKTFrame &in)
+{
+    Decoded<ZEKTMessagePtr> out;
+    const auto type = static_cast<Type>(in.type);
+    switch (type) {
+    case Type::heartbeat:
+    case Type::heartbeatResponse:
+    case Type::disconnect:
+    case Type::handshakeResponse:
+    case Type::authenticationResponse:
+    case Type::commandResult:
+    case Type::screenImage:
+    case Type::systemStats:
+    case Type::error:
+    case Type::fileReady:
+    case Type::fileResponse:
+        break;
+    default:
+        out.skipped = true;
+        return out;
+    }
+    const std::optional<QCborMap> body = parseBody(in.body, &out.error);
+    if (!body)
+        return out;
+    Fields f(*body, "agent");
+    switch (type) {
+    case Type::heartbeat:
+        out.value = std::make_shared<HeartbeatMessage>();
+        break;
+    case Type::heartbeatResponse:
+        out.value = std::make_shared<HeartbeatResponseMessage>();
+        break;
+    case Type::disconnect:
+        out.value = std::make_shared<DisconnectMessage>(f.text("reason"));
+        break;
+    case Type::handshakeResponse: {
+        const quint32 version = f.u32("protocolVersion");
+        out.value = std::make_shared<HandshakeResponseMessage>(version, f.text("agentVersion"));
+        break;
+    }
+    case Type::authenticationResponse: {
+        const bool success = f.boolean("success");
+        out.value = std::make_shared<AuthenticationResponseMessage>(success, f.text("reason"));
+        break;
+    }
+    case Type::commandResult: {
+        const quint64 id = f.u64("requestId");
+        const bool success = f.boolean("success");
+        out.value = std::make_shared<ZEKTCommandResultMessage>(id, success, f.text("error"));
+        break;
+    }
+    case Type::screenImage: {
+        const quint32 display = f.u32("displayID");
+        QByteArray data = f.bytes("imageData");
+        const QString format = f.text("imageFormat");
+        const double quality = f.real("quality");
+        const quint64 number = f.u64("frameNumber");
+        const auto sequence = f.optional("sequenceNumber", [&] { return f.u32("sequenceNumber"); });
+        const quint32 width = f.u32("displayWidth");
+        const quint32 height = f.u32("displayHeight");
+        out.value = std::make_shared<ScreenCaptureMessage>(display, std::move(data), format,
+                                                           static_cast<float>(quality), number,
+                                                           sequence, width, height);
+        break;
+    }
+    case Type::systemStats:
+        out.value = decodeStats(f);
+        break;
+    case Type::error:
+        out.value = std::make_shared<ErrorMessage>(f.text("errorMessage"));
+        break;
+    case Type::fileReady: {
+        const quint64 id = f.u64("transferId");
+        const bool accepted = f.boolean("accepted");
+        out.value = std::make_shared<ZEKTFileReadyMessage>(id, accepted, f.text("reason"));
+        break;
+    }
+    case Type::fileResponse: {
+        const bool success = f.boolean("success");
+        out.value = std::make_shared<FileTransferResponseMessage>(success, f.text("message"));
+        break;
+    }
+    default:
+        break;
+    }
+    if (!f.error().isEmpty()) {
+        out.error = f.error();
+        out.value.reset();
+    }
+    return out;
+}
+
+QByteArray ZEKTMessageCodec::encodeRequest(const ZEKTRequest &r)
+{
+    QCborMap m;
+    auto id = [&] { m.insert(QStringLiteral("requestId"), static_cast<qint64>(r.requestId)); };
+    switch (r.kind) {
+    case Kind::hello: {
+        QCborArray versions;
+        for (quint32 v : r.protocolVersions)
+            versions.append(static_cast<qint64>(v));
+        m.insert(QStringLiteral("protocolVersions"), versions);
+        m.insert(QStringLiteral("clientName"), r.clientName);
+        return frame(Type::hello, m);
+    }
+    case Kind::authenticate:
+        m.insert(QStringLiteral("username"), r.username);
+        m.insert(QStringLiteral("password"), r.password);
+        return frame(Type::authenticate, m);
+    case Kind::heartbeat:
+        return frame(Type::heartbeat, m);
+    case Kind::heartbeatResponse:
+        return frame(Type::heartbeatResponse, m);
+    case Kind::disconnect:
+        m.insert(QStringLiteral("reason"), r.reason);
+        return frame(Type::disconnect, m);
+    case Kind::screenCapture:
+        id();
+        m.insert(QStringLiteral("displayID"), static_cast<qint64>(r.displayID));
+        return frame(Type::screenCapture, m);
+    case Kind::startStreaming:
+        id();
+        m.insert(QStringLiteral("displayID"), static_cast<qint64>(r.displayID));
+        m.insert(QStringLiteral("quality"), static_cast<double>(r.quality));
+        m.insert(QStringLiteral("frameRate"), r.frameRate);
+        return frame(Type::startStreaming, m);
+    case Kind::stopStreaming:
+        id();
+        return frame(Type::stopStreaming, m);
+    case Kind::frameAck:
+        m.insert(QStringLiteral("frameNumber"), static_cast<qint64>(r.frameNumber));
+        return frame(Type::frameAck, m);
+    case Kind::mouseButton:
+        id();
+        m.insert(QStringLiteral("x"), r.x);
+        m.insert(QStringLiteral("y"), r.y);
+        m.insert(QStringLiteral("button"), r.button);
+        m.insert(QStringLiteral("pressed"), r.pressed);
+        return frame(Type::mouseButton, m);
+    case Kind::mouseMove:
+        id();
+        m.insert(QStringLiteral("x"), r.x);
+        m.insert(QStringLiteral("y"), r.y);
+        m.insert(QStringLiteral("deltaX"), r.deltaX);
+        m.insert(QStringLiteral("deltaY"), r.deltaY);
+        return frame(Type::mouseMove, m);
+    case Kind::key:
+        id();
+        m.insert(QStringLiteral("keyCode"), r.keyCode);
+        m.insert(QStringLiteral("pressed"), r.pressed);
+        m.insert(QStringLiteral("modifiers"), static_cast<qint64>(r.modifiers));
+        return frame(Type::key, m);
+    case Kind::fileBegin:
+        id();
+        m.insert(QStringLiteral("fileName"), r.fileName);
+        m.insert(QStringLiteral("fileSize"), r.fileSize);
+        return frame(Type::fileBegin, m);
+    case Kind::fileChunk:
+        id();
+        m.insert(QStringLiteral("data"), r.data);
+        return frame(Type::fileChunk, m);
+    case Kind::fileEnd:
+        id();
+        m.insert(QStringLiteral("sha256"), r.sha256);
+        return frame(Type::fileEnd, m);
+    }
+    return {};
+}
+
+ZEKTMessageCodec::Decoded<ZEKTRequest> ZEKTMessageCodec::decodeRequest(const ZEKTFrame &in)
+{
+    Decoded<ZEKTRequest> out;
+    ZEKTRequest &r = out.value;
+    const auto type = static_cast<Type>(in.type);
+    switch (type) {
+    case Type::hello:
+        r.kind = Kind::hello;
+        break;
+    case Type::authenticate:
+        r.kind = Kind::authenticate;
+        break;
+    case Type::heartbeat:
+        r.kind = Kind::heartbeat;
+        break;
+    case Type::heartbeatResponse:
+        r.kind = Kind::heartbeatResponse;
+        break;
+    case Type::disconnect:
+        r.kind = Kind::disconnect;
+        break;
+    case Type::screenCapture:
+        r.kind = Kind::screenCapture;
+        break;
+    case Type::startStreaming:
+        r.kind = Kind::startStreaming;
+        break;
+    case Type::stopStreaming:
+        r.kind = Kind::stopStreaming;
+        break;
+    case Type::frameAck:
+        r.kind = Kind::frameAck;
+        break;
+    case Type::mouseButton:
+        r.kind = Kind::mouseButton;
+        break;
+    case Type::mouseMove:
+        r.kind = Kind::mouseMove;
+        break;
+    case Type::key:
+        r.kind = Kind::key;
+        break;
+    case Type::fileBegin:
+        r.kind = Kind::fileBegin;
+        break;
+    case Type::fileChunk:
+        r.kind = Kind::fileChunk;
+        break;
+    case Type::fileEnd:
+        r.kind = Kind::fileEnd;
+        break;
+    default:
+        out.skipped = true;
+        return out;
+    }
+    const std::optional<QCborMap> body = parseBody(in.body, &out.error);
+    if (!body)
+        return out;
+    Fields f(*body, "console");
+    const bool hasId = type != Type::hello && type != Type::authenticate &&
+                       type != Type::heartbeat && type != Type::heartbeatResponse &&
+                       type != Type::disconnect && type != Type::frameAck;
+    if (hasId)
+        r.requestId = f.u64("requestId");
+    switch (r.kind) {
+    case Kind::hello:
+        for (const QCborValue &v : f.array("protocolVersions")) {
+            if (!v.isInteger() || v.toInteger() < 0 || v.toInteger() > 0xffffffffLL) {
+                out.error = QStringLiteral("Malformed console frame: bad protocol version");
+                return out;
+            }
+            r.protocolVersions.append(static_cast<quint32>(v.toInteger()));
+        }
+        r.clientName = f.text("clientName");
+        break;
+    case Kind::authenticate:
+        r.username = f.text("username");
+        r.password = f.text("password");
+        break;
+    case Kind::heartbeat:
+    case Kind::heartbeatResponse:
+    case Kind::stopStreaming:
+        break;
+    case Kind::disconnect:
+        r.reason = f.text("reason");
+        break;
+    case Kind::screenCapture:
+        r.displayID = f.u32("displayID");
+        break;
+    case Kind::startStreaming:
+        r.displayID = f.u32("displayID");
+        r.quality = static_cast<float>(f.real("quality"));
+        r.frameRate = f.real("frameRate");
+        if (f.error().isEmpty() && (r.quality < 0.0f || r.quality > 1.0f || r.frameRate <= 0.0))
+            out.error = QStringLiteral("Malformed console frame: streaming quality must be 0..1 "
+                                       "and the frame rate positive");
+        break;
+    case Kind::frameAck:
+        r.frameNumber = f.u64("frameNumber");
+        break;
+    case Kind::mouseButton:
+        r.x = f.real("x");
+        r.y = f.real("y");
+        r.button = static_cast<int>(
+            f.integer("button", std::numeric_limits<int>::min(), std::numeric_limits<int>::max()));
+        r.pressed = f.boolean("pressed");
+        break;
+    case Kind::mouseMove:
+        r.x = f.real("x");
+        r.y = f.real("y");
+        r.deltaX = f.real("deltaX");
+        r.deltaY = f.real("deltaY");
+        break;
+    case Kind::key:
+        r.keyCode = static_cast<quint16>(f.integer("keyCode", 0, 0xffff));
+        r.pressed = f.boolean("pressed");
+        r.modifiers = f.u32("modifiers");
+        break;
+    case Kind::fileBegin:
+        r.fileName = f.text("fileName");
+        r.fileSize = f.integer("fileSize", 0, std::numeric_limits<qint64>::max());
+        break;
+    case Kind::fileChunk:
+        r.data = f.bytes("data");
+        break;
+    case Kind::fileEnd:
+        r.sha256 = f.bytes("sha256");
+        if (f.error().isEmpty() && r.sha256.size() != 32)
+            out.error = QStringLiteral("Malformed console frame: the SHA-256 is not 32 bytes");
+        break;
+    }
+    if (out.error.isEmpty())
+        out.error = f.error();
+    return out;
+}
