@@ -390,6 +390,10 @@ void AppState::updateFileTransferProgress(const QString &status, double fraction
     QMetaObject::invokeMethod(
         this,
         [this, status, fraction] {
+            // A dismissed or finished transfer stays off the screen while its last
+            // progress reports trickle in.
+            if (!m_isFileTransferInProgress)
+                return;
             m_fileTransferProgress = fraction;
             m_fileTransferStatus = status;
             Q_EMIT fileTransferChanged();
@@ -405,8 +409,9 @@ void AppState::completeFileTransfer(const QString &message)
             m_isFileTransferInProgress = false;
             m_fileTransferStatus = message;
             Q_EMIT fileTransferChanged();
-            // A transfer that begins while the outcome is shown keeps its own state.
-            const quint64 generation = m_fileTransferGeneration;
+            // Each shown state owns its reset: a transfer that begins, or an outcome that
+            // arrives, while an earlier state is shown is not cut short by that reset.
+            const quint64 generation = ++m_fileTransferGeneration;
             QTimer::singleShot(m_outcomeDisplayMs, this, [this, generation] {
                 if (generation != m_fileTransferGeneration)
                     return;
@@ -429,7 +434,7 @@ void AppState::cancelFileTransfer()
             m_fileTransferFileName.clear();
             m_fileTransferStatus = tr("Transfer cancelled");
             Q_EMIT fileTransferChanged();
-            const quint64 generation = m_fileTransferGeneration;
+            const quint64 generation = ++m_fileTransferGeneration;
             QTimer::singleShot(m_cancelDisplayMs, this, [this, generation] {
                 if (generation != m_fileTransferGeneration)
                     return;
