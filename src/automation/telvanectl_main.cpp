@@ -80,17 +80,18 @@ QString actionHelp(const Action &action)
     text += QStringLiteral("Options:\n");
     if (hasFile)
         text += QStringLiteral("  --file PATH           %1\n").arg(description.fileDescription);
-    text += QStringLiteral("  --computer ID         %1 (its id, as listed by 'telvanectl "
-                           "computers')\n")
+    text += QStringLiteral("  --computer ID         %1,\n"
+                           "                        by its id as 'telvanectl computers' lists it\n")
                 .arg(description.computerDescription);
-    text += QStringLiteral("  --computer-name NAME  %1 (any part of its name, ignoring case; "
-                           "the first match wins)\n")
+    text += QStringLiteral("  --computer-name NAME  %1:\n"
+                           "                        any part of its name, ignoring case;\n"
+                           "                        the first match in the list wins\n")
                 .arg(description.computerNameDescription);
-    text += QStringLiteral("  -h, --help            Show this help\n");
+    text += QStringLiteral("  -h, --help            Show this help\n\n");
     if (QLatin1String(action.name) == QLatin1String("status"))
-        text += QStringLiteral("\nWithout a computer, one line per stored computer is printed.\n");
+        text += QStringLiteral("Without a computer, one line per stored computer is printed.\n");
     text +=
-        QStringLiteral("\nWhen both --computer and --computer-name are given, --computer wins.\n");
+        QStringLiteral("When both --computer and --computer-name are given, --computer wins.\n");
     return text;
 }
 
