@@ -99,6 +99,7 @@ class AutomationEndToEndTest : public QObject {
     QTemporaryDir m_dir;
     std::unique_ptr<AgentProcess> m_agent;
     quint16 m_port = 0;
+    QString m_computerId;
 
     bool startAgent()
     {
@@ -131,6 +132,7 @@ private Q_SLOTS:
         computer.port = m_port;
         computer.username = QStringLiteral("admin");
         computer.password = password;
+        m_computerId = computer.id.toString(QUuid::WithoutBraces).toUpper();
         const auto suite = SettingsFiles::openSharedSuite();
         suite->setValue(QStringLiteral("remoteComputers"), ComputerJson::encodeList({computer}));
         suite->sync();
@@ -162,6 +164,17 @@ private Q_SLOTS:
         QCOMPARE(received.readAll(), content);
         const QDir staging(AppPaths::sharedContainerDirectory() + "/AppIntentUploads");
         QTRY_VERIFY_WITH_TIMEOUT(staging.entryList(QDir::Files).isEmpty(), 10000);
+
+        // A staged copy that vanished before it was sent ends with a readable failure.
+        console.mark();
+        const auto suite = SettingsFiles::openSharedSuite();
+        SettingsFiles::writeSynchronized(*suite, [&](QSettings &settings) {
+            settings.setValue("pendingFileUpload",
+                              QVariantMap{{"fileURL", staging.filePath("appintents_upload_gone")},
+                                          {"computerId", m_computerId}});
+        });
+        QVERIFY2(console.waitForLine("File transfer failed for " + computerName, 30000),
+                 qPrintable(console.transcript()));
 
         console.mark();
         run = telvanectl({"disconnect", "--computer-name", computerName});
