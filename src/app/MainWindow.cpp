@@ -1,11 +1,15 @@
 #include "MainWindow.h"
 
+#include "platform/PreferenceKeys.h"
+#include "platform/Preferences.h"
 #include "session/ZEKTManager.h"
 #include "state/AppState.h"
 #include "ui/ComputerTableModel.h"
 
+#include <QAction>
 #include <QHeaderView>
 #include <QItemSelectionModel>
+#include <QMenuBar>
 #include <QTableView>
 #include <QToolBar>
 
@@ -38,6 +42,20 @@ MainWindow::MainWindow(AppState &appState, QWidget *parent)
     connect(&m_appState, &AppState::computersChanged, this, &MainWindow::updateActions);
     updateActions();
     resize(900, 520);
+
+    // Background supervision, bound both ways to its preference.
+    const QString key = QLatin1String(PreferenceKeys::supervisionAutoConnectAll);
+    QAction *keepConnected =
+        menuBar()->addMenu(tr("&Computers"))->addAction(tr("Keep All Computers Connected"));
+    keepConnected->setCheckable(true);
+    keepConnected->setChecked(Preferences::shared().boolValue(key));
+    connect(keepConnected, &QAction::toggled, this,
+            [key](bool isOn) { Preferences::shared().setBoolValue(key, isOn); });
+    connect(&Preferences::shared(), &Preferences::changed, keepConnected,
+            [key, keepConnected](const QString &changed) {
+                if (changed == key)
+                    keepConnected->setChecked(Preferences::shared().boolValue(key));
+            });
 }
 
 std::optional<QUuid> MainWindow::selectedComputerId() const
