@@ -7,7 +7,7 @@ cd "$(dirname "$0")/.."
 bash scripts/setup.sh
 build=${TELVANE_BUILD_DIR:-build}
 cmake -S . -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo
-cmake --build "$build" -j "$(nproc)" --target telvane telvane-agent
+cmake --build "$build" -j "$(nproc)" --target telvane telvane-agent telvanectl
 
 if [ -z "${DISPLAY:-}" ] && [ -z "${WAYLAND_DISPLAY:-}" ]; then
     echo "run: no graphical session found (DISPLAY and WAYLAND_DISPLAY are unset)." >&2
