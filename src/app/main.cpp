@@ -2,6 +2,7 @@
 #include "model/ComputerJson.h"
 #include "platform/AppIdentity.h"
 #include "platform/Preferences.h"
+#include "platform/QtAlertPresenter.h"
 #include "state/AppState.h"
 #include "state/SupervisionController.h"
 
@@ -53,7 +54,9 @@ int main(int argc, char *argv[])
     }
 
     // The one state object lives for the whole process, created before any window.
+    QtAlertPresenter alertPresenter; // outlives the state, which may still raise an alert
     AppState appState;
+    appState.zektManager().setAlertPresenter(&alertPresenter);
     if (seed && appState.computers().isEmpty())
         appState.addComputer(*seed);
     SupervisionController supervision(

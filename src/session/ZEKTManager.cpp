@@ -192,7 +192,7 @@ void ZEKTManager::connectToComputer(const RemoteComputer &computer)
     }
     log(QStringLiteral("Created ZEKTClient for ") + endpoint + QStringLiteral(" (sandboxed)"));
 
-    installHandlers(*client, computer);
+    installHandlers(client, computer);
 
     const double deadline = connectionDeadline();
     // Deleted through the event loop: the attempt may be released inside its own callback.
@@ -204,28 +204,39 @@ void ZEKTManager::connectToComputer(const RemoteComputer &computer)
         this, [this, attempt] { runAttempt(attempt); }, Qt::QueuedConnection);
 }
 
-void ZEKTManager::installHandlers(ZEKTClient &client, const RemoteComputer &computer)
+void ZEKTManager::installHandlers(const std::shared_ptr<ZEKTClient> &client,
+                                  const RemoteComputer &computer)
 {
     const QUuid id = computer.id;
     const QString label = computer.displayName();
     const std::shared_ptr<ManagerLifeline> lifeline = m_lifeline;
+    const std::weak_ptr<ZEKTClient> self = client;
 
-    client.setLogFunction([](const QString &message, const QString &category) {
+    client->setLogFunction([](const QString &message, const QString &category) {
         LogManager::shared().log(message, category);
     });
-    client.setOnServerIdentityMismatch(
+    client->setOnServerIdentityMismatch(
         [lifeline, label](const QString &previous, const QString &next) {
             if (!lifeline->isAlive())
                 return false;
             return promptServerIdentityChange(lifeline, label, previous, next);
         });
-    client.setMessageHandler([lifeline, id](const ZEKTMessagePtr &message) {
-        lifeline->post([message, id](ZEKTManager &manager) { manager.handleMessage(message, id); });
+    client->setMessageHandler([lifeline, id, self](const ZEKTMessagePtr &message) {
+        lifeline->post([message, id, self](ZEKTManager &manager) {
+            manager.handleMessage(message, id, self);
+        });
     });
-    client.setStateUpdateHandler([lifeline, id](const NetworkState &state) {
-        lifeline->post(
-            [state, id](ZEKTManager &manager) { manager.handleConnectionState(state, id); });
+    client->setStateUpdateHandler([lifeline, id, self](const NetworkState &state) {
+        lifeline->post([state, id, self](ZEKTManager &manager) {
+            manager.handleConnectionState(state, id, self);
+        });
     });
+}
+
+bool ZEKTManager::isRegistered(const QUuid &id, const std::weak_ptr<ZEKTClient> &client) const
+{
+    const auto it = m_clients.constFind(id);
+    return it != m_clients.constEnd() && !client.owner_before(*it) && !it->owner_before(client);
 }
 
 void ZEKTManager::runAttempt(const std::shared_ptr<ConnectionAttempt> &attempt)
@@ -334,9 +345,10 @@ void ZEKTManager::disconnectFromComputer(const RemoteComputer &computer)
 
 // --- Network state ----------------------------------------------------------------------
 
-void ZEKTManager::handleConnectionState(const NetworkState &state, const QUuid &id)
+void ZEKTManager::handleConnectionState(const NetworkState &state, const QUuid &id,
+                                        const std::weak_ptr<ZEKTClient> &client)
 {
-    if (!m_clients.contains(id)) {
+    if (!isRegistered(id, client)) {
         log(QStringLiteral("Ignoring connection state change for removed computer ") +
             nameOrUnknown(id));
         return;

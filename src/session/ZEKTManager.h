@@ -103,14 +103,19 @@ private:
                          const std::optional<QString> &error);
     void removeConnectionTask(const std::shared_ptr<ConnectionAttempt> &attempt);
     bool isCurrentGeneration(const QUuid &id, quint64 generation) const;
-    void installHandlers(ZEKTClient &client, const RemoteComputer &computer);
+    void installHandlers(const std::shared_ptr<ZEKTClient> &client, const RemoteComputer &computer);
+    // True when `client` is still the registered client of that computer; a replaced
+    // client's late reports must not touch its successor.
+    bool isRegistered(const QUuid &id, const std::weak_ptr<ZEKTClient> &client) const;
     void finishConnectionAttempt(const QUuid &id, bool connected,
                                  const std::optional<QString> &error);
     void handleDisconnection(const QUuid &id);
-    void handleConnectionState(const NetworkState &state, const QUuid &id);
+    void handleConnectionState(const NetworkState &state, const QUuid &id,
+                               const std::weak_ptr<ZEKTClient> &client);
     void showLocalNetworkAlert(const QString &name);
 
-    void handleMessage(const ZEKTMessagePtr &message, const QUuid &id);
+    void handleMessage(const ZEKTMessagePtr &message, const QUuid &id,
+                       const std::weak_ptr<ZEKTClient> &client);
     void handleDisconnectMessage(const QUuid &id);
     void handleSystemStats(const SystemStatsMessage &message, const QUuid &id);
     void handleScreenCapture(const ScreenCaptureMessage &message, const QUuid &id,

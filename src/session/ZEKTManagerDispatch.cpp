@@ -25,10 +25,11 @@ void log(const QString &message, const char *category)
 
 } // namespace
 
-void ZEKTManager::handleMessage(const ZEKTMessagePtr &message, const QUuid &id)
+void ZEKTManager::handleMessage(const ZEKTMessagePtr &message, const QUuid &id,
+                                const std::weak_ptr<ZEKTClient> &client)
 {
     const QString name = nameOrUnknown(id);
-    if (!m_clients.contains(id)) {
+    if (!isRegistered(id, client)) {
         log(QStringLiteral("Ignoring message for removed computer ") + name, "CONNECT");
         return;
     }

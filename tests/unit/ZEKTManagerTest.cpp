@@ -61,6 +61,12 @@ private Q_SLOTS:
         h.fake().complete("authenticate");
         QTRY_VERIFY(h.record().isConnected);
         QCOMPARE(LogLines::count("AUTH", "Authentication successful for Studio"), 1);
+        // A late report of the replaced client leaves its successor alone.
+        first.sendState(NetworkState::failed(ECONNRESET, QStringLiteral("reset")));
+        first.sendMessage(std::make_shared<AuthenticationResponseMessage>(false));
+        QTRY_COMPARE(LogLines::countStartingWith("Ignoring "), 2);
+        QVERIFY(h.record().isConnected);
+        QCOMPARE(h.manager->client(h.computer.id), h.fakes.last());
 
         // Two calls in one go: the first attempt never starts nor registers its client.
         SessionHarness g;
