@@ -8,6 +8,7 @@
 #include <QSysInfo>
 
 #include <arpa/inet.h>
+#include <cstring>
 #include <ifaddrs.h>
 #include <net/if.h>
 #include <netinet/in.h>
@@ -119,11 +120,14 @@ std::optional<QString> consoleUser()
     while (const utmpx *entry = getutxent()) {
         if (entry->ut_type != USER_PROCESS)
             continue;
-        const QString line =
-            QString::fromLocal8Bit(entry->ut_line, strnlen(entry->ut_line, sizeof entry->ut_line));
+        // utmp fields are fixed-size and not always terminated.
+        char lineField[sizeof entry->ut_line + 1] = {};
+        std::memcpy(lineField, entry->ut_line, sizeof entry->ut_line);
+        const QString line = QString::fromLocal8Bit(lineField);
         if (line.startsWith(QLatin1Char(':')) || line.startsWith(QLatin1String("tty"))) {
-            user = QString::fromLocal8Bit(entry->ut_user,
-                                          strnlen(entry->ut_user, sizeof entry->ut_user));
+            char userField[sizeof entry->ut_user + 1] = {};
+            std::memcpy(userField, entry->ut_user, sizeof entry->ut_user);
+            user = QString::fromLocal8Bit(userField);
             break;
         }
     }
