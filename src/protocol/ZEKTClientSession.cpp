@@ -28,8 +28,8 @@
 #include <unistd.h>
 
 namespace {
-constexpr qint64 uploadChunk = 256 * 1024;
-constexpr qint64 uploadBacklog = 1024 * 1024;
+constexpr qint64 uploadChunk = 1024 * 1024;
+constexpr qint64 uploadBacklog = 4 * 1024 * 1024;
 constexpr int networkRetryMs = 1000;
 
 int toMs(double seconds)
