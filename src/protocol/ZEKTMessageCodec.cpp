@@ -17,6 +17,7 @@
 #include <QCborStreamReader>
 #include <QCborStreamWriter>
 #include <QCborValue>
+#include <QtEndian>
 #include <cmath>
 #include <limits>
 
@@ -698,5 +699,41 @@ ZEKTMessageCodec::Decoded<ZEKTRequest> ZEKTMessageCodec::decodeRequest(const ZEK
     }
     if (out.error.isEmpty())
         out.error = f.error();
+    return out;
+}
+
+ZEKTMessageCodec::ChunkFrame ZEKTMessageCodec::fileChunkFrame(quint64 requestId, qsizetype size)
+{
+    ChunkFrame out;
+    QByteArray &f = out.frame;
+    f.reserve(ZEKTFrame::headerSize + size + 32);
+    f.resize(ZEKTFrame::headerSize);
+    f += '\xa2'; // map of two
+    f += '\x69';
+    f += "requestId";
+    f += QCborValue(static_cast<qint64>(requestId)).toCbor();
+    f += '\x64';
+    f += "data";
+    // Byte string header (major type 2) for `size`, which is below 4 GiB.
+    if (size < 24) {
+        f += static_cast<char>(0x40 + size);
+    } else if (size < 0x100) {
+        f += '\x58';
+        f += static_cast<char>(size);
+    } else if (size < 0x10000) {
+        f += '\x59';
+        const qsizetype at = f.size();
+        f.resize(at + 2);
+        qToBigEndian<quint16>(static_cast<quint16>(size), f.data() + at);
+    } else {
+        f += '\x5a';
+        const qsizetype at = f.size();
+        f.resize(at + 4);
+        qToBigEndian<quint32>(static_cast<quint32>(size), f.data() + at);
+    }
+    out.dataOffset = f.size();
+    f.resize(out.dataOffset + size);
+    qToBigEndian<quint32>(static_cast<quint32>(f.size() - 4), f.data());
+    qToBigEndian<quint16>(static_cast<quint16>(Type::fileChunk), f.data() + 4);
     return out;
 }

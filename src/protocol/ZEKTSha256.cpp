@@ -17,6 +17,11 @@ void ZEKTSha256::addData(const QByteArray &data)
     EVP_DigestUpdate(m_context, data.constData(), static_cast<size_t>(data.size()));
 }
 
+void ZEKTSha256::addData(const char *data, qsizetype size)
+{
+    EVP_DigestUpdate(m_context, data, static_cast<size_t>(size));
+}
+
 QByteArray ZEKTSha256::result() const
 {
     EVP_MD_CTX *copy = EVP_MD_CTX_new();

@@ -14,6 +14,7 @@ public:
     ZEKTSha256 &operator=(const ZEKTSha256 &) = delete;
 
     void addData(const QByteArray &data);
+    void addData(const char *data, qsizetype size);
     QByteArray result() const; // 32 bytes; the state is kept, more data may follow
     void reset();
 
