@@ -16,7 +16,6 @@ ZEKTChannel::ZEKTChannel(QSslSocket *socket, QObject *parent) : QObject(parent),
     connect(m_socket, &QSslSocket::encryptedBytesWritten, this, &ZEKTChannel::drained);
     connect(&m_heartbeat, &QTimer::timeout, this, [this] {
         send(ZEKTFrame::encode(static_cast<quint16>(ZEKTFrameType::heartbeat), {}));
-        Q_EMIT heartbeatSent();
     });
     connect(&m_silenceCheck, &QTimer::timeout, this, &ZEKTChannel::checkSilence);
 }

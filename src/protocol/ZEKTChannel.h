@@ -36,7 +36,6 @@ Q_SIGNALS:
     void failed(const QString &description, int code);
     // Some queued bytes went out (for senders that keep the backlog small).
     void drained();
-    void heartbeatSent();
 
 private:
     void readFrames();

@@ -28,8 +28,8 @@
 #include <unistd.h>
 
 namespace {
-constexpr qint64 uploadChunk = 256 * 1024;
-constexpr qint64 uploadBacklog = 1024 * 1024;
+constexpr qint64 uploadChunk = 1024 * 1024;
+constexpr qint64 uploadBacklog = 4 * 1024 * 1024;
 constexpr int networkRetryMs = 1000;
 
 int toMs(double seconds)
@@ -401,8 +401,6 @@ void ZEKTClientSession::beginHandshake()
     connect(m_channel, &ZEKTChannel::failed, this,
             [this](const QString &description, int code) { end(description, code); });
     connect(m_channel, &ZEKTChannel::drained, this, &ZEKTClientSession::pumpUpload);
-    connect(m_channel, &ZEKTChannel::heartbeatSent, this,
-            [this] { log(tr("Heartbeat sent to %1").arg(m_endpoint), "HEARTBEAT"); });
     ZEKTRequest hello;
     hello.kind = ZEKTRequest::Kind::hello;
     hello.protocolVersions = supportedVersions();
@@ -593,7 +591,7 @@ void ZEKTClientSession::sendFile(const QString &path, const std::optional<QStrin
     }
     auto upload = std::make_unique<Upload>();
     upload->file = std::make_unique<QFile>(path);
-    if (!upload->file->open(QIODevice::ReadOnly)) {
+    if (!upload->file->open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
         fail(promise, tr("Cannot read %1: %2").arg(path, upload->file->errorString()), EACCES);
         return;
     }
@@ -662,27 +660,35 @@ void ZEKTClientSession::pumpUpload()
     // heartbeats are never stuck behind megabytes of file data.
     while (upload.step == Upload::Step::sending && m_channel->backlog() < uploadBacklog) {
         const qint64 want = qMin(uploadChunk, upload.size - upload.sent);
-        ZEKTRequest chunk;
-        chunk.requestId = upload.id;
         if (want > 0) {
-            chunk.kind = ZEKTRequest::Kind::fileChunk;
-            chunk.data = upload.file->read(want);
-            if (chunk.data.size() != want) {
-                // Sent as it is: the agent sees the short size and discards the file.
-                fail(upload.promise,
-                     tr("Cannot read %1 completely: %2")
-                         .arg(upload.file->fileName(), upload.file->errorString()),
-                     EIO);
-                upload.sent = upload.size;
-            } else {
-                upload.hash.addData(chunk.data);
+            // The file is read straight into the frame that goes out.
+            ZEKTMessageCodec::ChunkFrame chunk = ZEKTMessageCodec::fileChunkFrame(upload.id, want);
+            char *data = chunk.frame.data() + chunk.dataOffset;
+            qint64 got = 0;
+            while (got < want) {
+                const qint64 n = upload.file->read(data + got, want - got);
+                if (n <= 0)
+                    break;
+                got += n;
+            }
+            if (got == want) {
+                upload.hash.addData(data, want);
                 upload.sent += want;
-                send(chunk);
+                m_channel->send(chunk.frame);
                 if (upload.sent < upload.size)
                     uploadProgress(upload, static_cast<double>(upload.sent) / upload.size);
                 continue;
             }
+            // The file shrank or failed: the end goes out early, the agent sees the short
+            // size and discards what it got.
+            fail(upload.promise,
+                 tr("Cannot read %1 completely: %2")
+                     .arg(upload.file->fileName(), upload.file->errorString()),
+                 EIO);
+            upload.sent = upload.size;
         }
+        ZEKTRequest chunk;
+        chunk.requestId = upload.id;
         chunk.kind = ZEKTRequest::Kind::fileEnd;
         chunk.data.clear();
         chunk.sha256 = upload.hash.result();

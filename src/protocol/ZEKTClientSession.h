@@ -6,7 +6,8 @@
 #include "ZEKTMailbox.h"
 #include "ZEKTRequest.h"
 
-#include <QCryptographicHash>
+#include "ZEKTSha256.h"
+
 #include <QFile>
 #include <QHostAddress>
 #include <QObject>
@@ -56,7 +57,7 @@ private:
         std::unique_ptr<QFile> file;
         qint64 size = 0;
         qint64 sent = 0;
-        QCryptographicHash hash{QCryptographicHash::Sha256};
+        ZEKTSha256 hash;
         Promise promise;
         ZEKTClient::ProgressFunction progress;
         enum class Step {

@@ -27,4 +27,12 @@ public:
     // Console to agent.
     static QByteArray encodeRequest(const ZEKTRequest &request);
     static Decoded<ZEKTRequest> decodeRequest(const ZEKTFrame &frame);
+
+    // A fileChunk frame whose `size` data bytes, starting at `dataOffset`, are left for the
+    // caller to fill (straight from the file, with no intermediate copy).
+    struct ChunkFrame {
+        QByteArray frame;
+        qsizetype dataOffset = 0;
+    };
+    static ChunkFrame fileChunkFrame(quint64 requestId, qsizetype size);
 };

@@ -4,7 +4,8 @@
 #include "ZEKTMailbox.h"
 #include "ZEKTRequest.h"
 
-#include <QCryptographicHash>
+#include "ZEKTSha256.h"
+
 #include <QElapsedTimer>
 #include <QObject>
 #include <QTimer>
@@ -93,7 +94,7 @@ private:
         qint64 size = 0;
         qint64 received = 0;
         std::unique_ptr<ZEKTIncomingFile> file;
-        QCryptographicHash hash{QCryptographicHash::Sha256};
+        ZEKTSha256 hash;
         QString failure; // set once something went wrong; reported at the end
     } m_upload;
 };
