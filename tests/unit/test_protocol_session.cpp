@@ -279,13 +279,18 @@ private Q_SLOTS:
     void filesArriveWithProgressAndVerdict_data()
     {
         QTest::addColumn<int>("size");
-        QTest::newRow("1 byte") << 1;
-        QTest::newRow("5 MiB") << 5 * 1024 * 1024;
+        QTest::addColumn<bool>("slowDisk");
+        QTest::newRow("1 byte") << 1 << false;
+        QTest::newRow("5 MiB") << 5 * 1024 * 1024 << false;
+        // The agent stops reading while chunks wait for the disk, and resumes.
+        QTest::newRow("5 MiB to a slow disk") << 5 * 1024 * 1024 << true;
     }
 
     void filesArriveWithProgressAndVerdict()
     {
         QFETCH(int, size);
+        QFETCH(bool, slowDisk);
+        m_files->slowWrites = slowDisk;
         QByteArray data(size, Qt::Uninitialized);
         for (int i = 0; i < size; ++i)
             data[i] = static_cast<char>(QRandomGenerator::global()->generate());
