@@ -18,6 +18,7 @@
 #include <QCryptographicHash>
 #include <QFile>
 #include <QRandomGenerator>
+#include <QSemaphore>
 #include <QSignalSpy>
 
 class TestProtocolSession : public QObject {
@@ -91,6 +92,7 @@ private Q_SLOTS:
     {
         QFile::remove(ZEKTKnownAgents::path());
         ZEKT::resetProtocolTimingsForTesting();
+        ZEKT::resetTimeoutsForTesting();
         startServer();
     }
 
@@ -221,6 +223,47 @@ private Q_SLOTS:
                      std::optional<QString>(old));
             QCOMPARE(m_server->authenticatedSessionCount(), 0);
         }
+    }
+
+    void identityPromptStopsTheHandshakeClockAndNeverBlocksDisconnect()
+    {
+        const QString endpoint =
+            ZEKTKnownAgents::endpoint(QStringLiteral("127.0.0.1"), m_server->serverPort());
+        QVERIFY(!ZEKTKnownAgents::store(endpoint, QString(64, QLatin1Char('b'))));
+        ZEKT::TimeoutOverrides fast;
+        fast.handshake = 0.3;
+        ZEKT::setTimeoutsForTesting(fast);
+
+        // A prompt answered long after the handshake time-out still lets the session go on.
+        {
+            Recorder r;
+            auto client = newClient(r);
+            client->setOnServerIdentityMismatch([](const QString &, const QString &) {
+                QThread::msleep(900);
+                return true;
+            });
+            QCOMPARE(settle(client->connect()), QString());
+        }
+
+        // disconnect() returns while the prompt still waits, and its answer goes nowhere.
+        QVERIFY(!ZEKTKnownAgents::store(endpoint, QString(64, QLatin1Char('c'))));
+        QSemaphore asked, answer;
+        Recorder r;
+        auto client = newClient(r);
+        client->setOnServerIdentityMismatch([&](const QString &, const QString &) {
+            asked.release();
+            answer.acquire();
+            return true;
+        });
+        QFuture<void> connecting = client->connect();
+        QVERIFY(QTest::qWaitFor([&] { return asked.available() > 0; }, 5000));
+        const int calls = r.calls;
+        client->disconnect();
+        client.reset();
+        QVERIFY(!settle(connecting).isEmpty());
+        answer.release();
+        QTest::qWait(200);
+        QCOMPARE(r.calls.load(), calls);
     }
 
     void commandsReachTheProvidersAndReportTheirResults()
