@@ -1,0 +1,145 @@
+#include "AgentOptions.h"
+
+#include <QCommandLineParser>
+#include <QDir>
+#include <QStandardPaths>
+
+#include <cmath>
+
+bool AgentOptions::parse(const QStringList &arguments, QString *error)
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral(
+        "Telvane agent: serves statistics, the screen, input and uploads to the Telvane console."));
+    const QCommandLineOption helpOption({QStringLiteral("h"), QStringLiteral("help")},
+                                        QStringLiteral("Show this help and exit."));
+    const QCommandLineOption portOption(
+        QStringLiteral("port"),
+        QStringLiteral("TCP port to listen on (default 5905; 0 picks a free one)."),
+        QStringLiteral("port"), QStringLiteral("5905"));
+    const QCommandLineOption bindOption(QStringLiteral("bind"),
+                                        QStringLiteral("Address to listen on (default: all)."),
+                                        QStringLiteral("address"));
+    const QCommandLineOption configOption(
+        QStringLiteral("config-dir"),
+        QStringLiteral("Folder of the agent identity (default ~/.config/telvane-agent)."),
+        QStringLiteral("dir"));
+    const QCommandLineOption uploadsOption(
+        QStringLiteral("uploads-dir"),
+        QStringLiteral("Folder for received files (default ~/Downloads)."), QStringLiteral("dir"));
+    const QCommandLineOption intervalOption(
+        QStringLiteral("stats-interval"),
+        QStringLiteral("Seconds between statistics reports (default 5)."),
+        QStringLiteral("seconds"), QStringLiteral("5"));
+    const QCommandLineOption simulateOption(
+        QStringLiteral("simulate"),
+        QStringLiteral("Serve simulated statistics and an animated test screen; no X11 needed."));
+    const QCommandLineOption fleetOption(
+        QStringLiteral("fleet"), QStringLiteral("Run N simulated agents on consecutive ports."),
+        QStringLiteral("N"), QStringLiteral("1"));
+    const QCommandLineOption fingerprintOption(
+        QStringLiteral("fingerprint"), QStringLiteral("Print the identity fingerprint and exit."));
+    const QCommandLineOption authOption(
+        QStringLiteral("auth"),
+        QStringLiteral("Authentication: pam (the account the agent runs as) or file."),
+        QStringLiteral("pam|file"));
+    const QCommandLineOption credentialsOption(
+        QStringLiteral("credentials-file"),
+        QStringLiteral("Credentials file of --auth file (default <config-dir>/credentials)."),
+        QStringLiteral("file"));
+    const QCommandLineOption setPasswordOption(
+        QStringLiteral("set-password"),
+        QStringLiteral("Set a password in the credentials file and exit."));
+    const QCommandLineOption userOption(
+        QStringLiteral("user"),
+        QStringLiteral("User name for --set-password (default: the current account)."),
+        QStringLiteral("name"));
+    parser.addOptions({helpOption, portOption, bindOption, configOption, uploadsOption,
+                       intervalOption, simulateOption, fleetOption, fingerprintOption, authOption,
+                       credentialsOption, setPasswordOption, userOption});
+    m_helpText = parser.helpText();
+
+    if (!parser.parse(arguments)) {
+        *error = parser.errorText();
+        return false;
+    }
+    if (!parser.positionalArguments().isEmpty()) {
+        *error =
+            QStringLiteral("Unexpected argument: %1").arg(parser.positionalArguments().first());
+        return false;
+    }
+    if (parser.isSet(helpOption)) {
+        action = Action::help;
+        return true;
+    }
+
+    bool ok = false;
+    const uint portValue = parser.value(portOption).toUInt(&ok);
+    if (!ok || portValue > 65535) {
+        *error = QStringLiteral("Invalid --port: %1").arg(parser.value(portOption));
+        return false;
+    }
+    port = quint16(portValue);
+    if (parser.isSet(bindOption) && !bindAddress.setAddress(parser.value(bindOption))) {
+        *error = QStringLiteral("Invalid --bind address: %1").arg(parser.value(bindOption));
+        return false;
+    }
+    statsIntervalSeconds = parser.value(intervalOption).toDouble(&ok);
+    if (!ok || !std::isfinite(statsIntervalSeconds) || statsIntervalSeconds < 0.1 ||
+        statsIntervalSeconds > 86400) {
+        *error = QStringLiteral("Invalid --stats-interval (0.1 to 86400 seconds): %1")
+                     .arg(parser.value(intervalOption));
+        return false;
+    }
+    fleet = parser.value(fleetOption).toInt(&ok);
+    if (!ok || fleet < 1 || fleet > 1000) {
+        *error = QStringLiteral("Invalid --fleet (1 to 1000): %1").arg(parser.value(fleetOption));
+        return false;
+    }
+    simulate = parser.isSet(simulateOption) || fleet > 1;
+    if (fleet > 1 && (port == 0 || int(port) + fleet - 1 > 65535)) {
+        *error =
+            QStringLiteral("--fleet %1 needs %1 consecutive ports from a fixed --port").arg(fleet);
+        return false;
+    }
+
+    configDir = parser.isSet(configOption)
+                    ? parser.value(configOption)
+                    : QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+                          QStringLiteral("/telvane-agent");
+    if (configDir.isEmpty()) {
+        *error = QStringLiteral("Invalid --config-dir");
+        return false;
+    }
+    uploadsDir = parser.value(uploadsOption);
+    if (parser.isSet(uploadsOption) && uploadsDir.isEmpty()) {
+        *error = QStringLiteral("Invalid --uploads-dir");
+        return false;
+    }
+    credentialsFile = parser.value(credentialsOption);
+    if (parser.isSet(authOption)) {
+        const QString value = parser.value(authOption);
+        if (value == QLatin1String("pam"))
+            auth = Auth::pam;
+        else if (value == QLatin1String("file"))
+            auth = Auth::file;
+        else {
+            *error = QStringLiteral("Invalid --auth (pam or file): %1").arg(value);
+            return false;
+        }
+    } else if (parser.isSet(credentialsOption)) {
+        auth = Auth::file;
+    }
+    user = parser.value(userOption);
+    if (parser.isSet(fingerprintOption))
+        action = Action::fingerprint;
+    if (parser.isSet(setPasswordOption))
+        action = Action::setPassword;
+    return true;
+}
+
+QString AgentOptions::effectiveCredentialsFile() const
+{
+    return credentialsFile.isEmpty() ? QDir(configDir).filePath(QStringLiteral("credentials"))
+                                     : credentialsFile;
+}

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "ZEKTCredentialVerifier.h"
+
+#include <functional>
+
+// Checks logins against a credentials file (read on every attempt, so a password set
+// while the agent runs takes effect at once). An unknown user costs the same hash as a
+// known one, so the answer never tells whether the user exists.
+class FileCredentialVerifier : public ZEKTCredentialVerifier {
+public:
+    using LogFunction = std::function<void(const QString &line)>;
+    FileCredentialVerifier(QString path, LogFunction log);
+
+    bool verify(const QString &username, const QString &password) override;
+
+private:
+    QString m_path;
+    LogFunction m_log;
+};

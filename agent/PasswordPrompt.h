@@ -1,0 +1,11 @@
+#pragma once
+
+#include <QString>
+#include <optional>
+
+// Reads a password for the --set-password command: from the terminal without echo
+// (asked twice), or one line from standard input when that is not a terminal.
+class PasswordPrompt {
+public:
+    static std::optional<QString> read(QString *error);
+};

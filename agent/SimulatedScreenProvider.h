@@ -1,0 +1,36 @@
+#pragma once
+
+#include "FrameChangeTracker.h"
+#include "JpegEncoder.h"
+#include "SimulatedInputProvider.h"
+#include "ZEKTScreenProvider.h"
+
+#include <QByteArray>
+#include <QElapsedTimer>
+#include <QMutex>
+#include <memory>
+
+// An animated 1920x1080 test screen: a moving block, a clock with milliseconds and the
+// last pointer position and key received, so input-to-frame latency can be measured.
+class SimulatedScreenProvider : public ZEKTScreenProvider {
+public:
+    static constexpr int width = 1920;
+    static constexpr int height = 1080;
+
+    SimulatedScreenProvider(std::shared_ptr<SimulatedInputProvider> input, QString label);
+
+    ZEKTCapturedFrame capture(float quality, bool skipIfUnchanged, quintptr streamKey) override;
+    void endStream(quintptr streamKey) override;
+
+    // Draws the frame for `elapsedMs` since start into `pixels` (width × height BGRX).
+    void render(uchar *pixels, qint64 elapsedMs);
+
+private:
+    std::shared_ptr<SimulatedInputProvider> m_input;
+    QString m_label;
+    QElapsedTimer m_clock;
+    QMutex m_mutex;      // guards the buffer and the encoder
+    QByteArray m_pixels; // allocated on the first capture: most fleet agents never stream
+    JpegEncoder m_encoder;
+    FrameChangeTracker m_changes;
+};

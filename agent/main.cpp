@@ -1,0 +1,98 @@
+#include "AgentLog.h"
+#include "AgentOptions.h"
+#include "AgentRunner.h"
+#include "CredentialsFile.h"
+#include "PamCredentialVerifier.h"
+#include "PasswordPrompt.h"
+#include "SignalWatcher.h"
+#include "ZEKTError.h"
+#include "ZEKTIdentity.h"
+
+#include <QCoreApplication>
+#include <QTimer>
+
+#include <csignal>
+#include <cstdio>
+#include <malloc.h>
+
+namespace {
+
+int setPassword(const AgentOptions &options)
+{
+    const QString user =
+        options.user.isEmpty() ? PamCredentialVerifier::currentAccountName() : options.user;
+    const QString path = options.effectiveCredentialsFile();
+    QString error;
+    const auto password = PasswordPrompt::read(&error);
+    if (!password) {
+        std::fprintf(stderr, "telvane-agent: %s\n", qPrintable(error));
+        return 1;
+    }
+    if (const auto failure = CredentialsFile::setPassword(path, user, *password)) {
+        std::fprintf(stderr, "telvane-agent: %s\n", qPrintable(*failure));
+        return 1;
+    }
+    std::fprintf(stderr, "telvane-agent: password of %s set in %s\n", qPrintable(user),
+                 qPrintable(path));
+    return 0;
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QCoreApplication app(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("telvane-agent"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(TELVANE_AGENT_VERSION));
+    // A write past a file-size limit must fail the upload, not kill the agent.
+    std::signal(SIGXFSZ, SIG_IGN);
+    std::signal(SIGPIPE, SIG_IGN);
+    // Frames are large, short-lived buffers made on worker threads: a fixed mmap threshold
+    // gives them back to the system at once, and few arenas keep idle memory small.
+    mallopt(M_MMAP_THRESHOLD, 256 * 1024);
+    mallopt(M_ARENA_MAX, 2);
+
+    AgentOptions options;
+    QString error;
+    if (!options.parse(QCoreApplication::arguments(), &error)) {
+        std::fprintf(stderr, "telvane-agent: %s\nTry telvane-agent --help.\n", qPrintable(error));
+        return 2;
+    }
+    switch (options.action) {
+    case AgentOptions::Action::help:
+        std::fputs(qPrintable(options.helpText()), stdout);
+        return 0;
+    case AgentOptions::Action::setPassword:
+        return setPassword(options);
+    case AgentOptions::Action::fingerprint:
+        try {
+            std::printf("%s\n",
+                        qPrintable(ZEKTIdentity::loadOrCreate(options.configDir).fingerprint()));
+            return 0;
+        } catch (const ZEKTError &e) {
+            std::fprintf(stderr, "telvane-agent: %s\n", qPrintable(e.description()));
+            return 1;
+        }
+    case AgentOptions::Action::serve:
+        break;
+    }
+
+    AgentLog::installQtMessageHandler();
+    AgentRunner runner(options);
+    if (!runner.start(&error)) {
+        AgentLog::write(QStringLiteral("agent"), QStringLiteral("cannot start: %1").arg(error));
+        return 1;
+    }
+    SignalWatcher watcher;
+    bool stopping = false;
+    QObject::connect(&watcher, &SignalWatcher::received, &app, [&](const QString &name) {
+        if (stopping)
+            return;
+        stopping = true;
+        AgentLog::write(QStringLiteral("agent"), QStringLiteral("stopping on %1").arg(name));
+        runner.stop(QStringLiteral("The agent is shutting down (%1)").arg(name));
+        // Give the disconnect messages a moment to leave before the process exits.
+        QTimer::singleShot(300, &app, &QCoreApplication::quit);
+    });
+    return app.exec();
+}
