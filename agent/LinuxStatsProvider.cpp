@@ -8,7 +8,6 @@
 #include <QSysInfo>
 
 #include <arpa/inet.h>
-#include <cstring>
 #include <ifaddrs.h>
 #include <net/if.h>
 #include <netinet/in.h>
@@ -114,20 +113,20 @@ std::optional<QString> consoleUser()
             session->seat == QLatin1String("seat0") && session->klass == QLatin1String("user"))
             return session->user;
     }
+    // utmp fields are fixed-size and not always terminated; a begin/end view never
+    // reaches for strlen.
+    const auto fixedField = [](const char *field, size_t size) {
+        return QString::fromLocal8Bit(QByteArrayView(field, field + strnlen(field, size)));
+    };
     // Without logind: a local login recorded in utmp (an X display or a virtual console).
     std::optional<QString> user;
     setutxent();
     while (const utmpx *entry = getutxent()) {
         if (entry->ut_type != USER_PROCESS)
             continue;
-        // utmp fields are fixed-size and not always terminated.
-        char lineField[sizeof entry->ut_line + 1] = {};
-        std::memcpy(lineField, entry->ut_line, sizeof entry->ut_line);
-        const QString line = QString::fromLocal8Bit(lineField);
+        const QString line = fixedField(entry->ut_line, sizeof entry->ut_line);
         if (line.startsWith(QLatin1Char(':')) || line.startsWith(QLatin1String("tty"))) {
-            char userField[sizeof entry->ut_user + 1] = {};
-            std::memcpy(userField, entry->ut_user, sizeof entry->ut_user);
-            user = QString::fromLocal8Bit(userField);
+            user = fixedField(entry->ut_user, sizeof entry->ut_user);
             break;
         }
     }

@@ -15,8 +15,10 @@
 #include "ScreenCaptureMessage.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QMap>
 #include <QProcess>
 #include <QRandomGenerator>
 #include <QSslConfiguration>
@@ -25,6 +27,7 @@
 #include <QTemporaryDir>
 #include <QThread>
 #include <QTimer>
+#include <unistd.h>
 
 #include <algorithm>
 #include <atomic>
@@ -86,6 +89,25 @@ bool settled(QFuture<void> future, int timeoutMs = 30000)
         return false;
     }
     return true;
+}
+
+// CPU seconds per thread name, from /proc.
+QMap<QString, double> threadCpu()
+{
+    QMap<QString, double> out;
+    const long ticks = sysconf(_SC_CLK_TCK);
+    for (const QString &tid :
+         QDir(QStringLiteral("/proc/self/task")).entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        QFile stat(QStringLiteral("/proc/self/task/%1/stat").arg(tid));
+        if (!stat.open(QIODevice::ReadOnly))
+            continue;
+        const QByteArray line = stat.readAll();
+        const qsizetype open = line.indexOf('('), close = line.lastIndexOf(')');
+        const QString name = QString::fromLatin1(line.mid(open + 1, close - open - 1));
+        const QList<QByteArray> f = line.mid(close + 2).split(' ');
+        out[name] += (f.value(11).toLongLong() + f.value(12).toLongLong()) / double(ticks);
+    }
+    return out;
 }
 
 double cpuSeconds()
@@ -166,12 +188,18 @@ double zektFileTransfer(quint16 port, const QString &path, qint64 size)
     QElapsedTimer timer;
     timer.start();
     const double cpu0 = cpuSeconds();
+    const auto threads0 = threadCpu();
     if (!settled(client->sendFileTransfer(path, QStringLiteral("bench.bin"), {}), 600000) ||
         !waitUntil([&] { return verdict.load(); }, 600000))
         return 0;
     const double seconds = timer.elapsed() / 1000.0;
     std::printf("  zekt upload: %.2f s wall, %.2f s CPU (both ends)\n", seconds,
                 cpuSeconds() - cpu0);
+    const auto threads1 = threadCpu();
+    for (auto it = threads1.cbegin(); it != threads1.cend(); ++it)
+        if (it.value() - threads0.value(it.key()) > 0.01)
+            std::printf("    %s %.2f s\n", qPrintable(it.key()),
+                        it.value() - threads0.value(it.key()));
     client->disconnect();
     return size / 1e6 / seconds;
 }

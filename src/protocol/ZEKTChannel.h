@@ -29,6 +29,9 @@ public:
     void stop();
     // Reads whatever is buffered (after a signal connection was made late).
     void pump();
+    // While paused no frame is read and the socket's buffer is capped, so the peer is held
+    // back by TCP instead of filling our memory.
+    void setReadingPaused(bool paused);
 
 Q_SIGNALS:
     void frameReceived(const ZEKTFrame &frame);
@@ -49,4 +52,5 @@ private:
     qint64 m_silenceLimitMs = 0;
     bool m_stopped = false;
     bool m_reading = false;
+    bool m_paused = false;
 };

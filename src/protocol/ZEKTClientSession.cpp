@@ -18,6 +18,7 @@
 #include <QSocketNotifier>
 #include <QSslConfiguration>
 #include <QSslSocket>
+#include <QThreadPool>
 
 #include <arpa/inet.h>
 #include <cerrno>
@@ -672,7 +673,10 @@ void ZEKTClientSession::pumpUpload()
                 got += n;
             }
             if (got == want) {
-                upload.hash.addData(data, want);
+                // Hashed beside the I/O thread: the frame is shared, not copied.
+                hashPool()->start([hash = upload.hash, frame = chunk.frame,
+                                   offset = chunk.dataOffset,
+                                   want] { hash->addData(frame.constData() + offset, want); });
                 upload.sent += want;
                 m_channel->send(chunk.frame);
                 if (upload.sent < upload.size)
@@ -687,18 +691,47 @@ void ZEKTClientSession::pumpUpload()
                  EIO);
             upload.sent = upload.size;
         }
-        ZEKTRequest chunk;
-        chunk.requestId = upload.id;
-        chunk.kind = ZEKTRequest::Kind::fileEnd;
-        chunk.data.clear();
-        chunk.sha256 = upload.hash.result();
-        send(chunk);
+        // The end goes out once the hash of every chunk is known.
         upload.file->close();
-        upload.step = upload.promise->future().isFinished() ? Upload::Step::awaitingVerdict
-                                                            : Upload::Step::flushing;
+        upload.step = Upload::Step::hashing;
+        hashPool()->start([hash = upload.hash, box = std::weak_ptr<ZEKTMailbox>(m_mailbox),
+                           id = upload.id, self = this] {
+            const QByteArray digest = hash->result();
+            if (const auto mailbox = box.lock())
+                mailbox->post([self, id, digest] { self->uploadHashed(id, digest); });
+        });
     }
     if (upload.step == Upload::Step::flushing && m_channel->backlog() == 0)
         pumpUpload();
+}
+
+void ZEKTClientSession::uploadHashed(quint64 id, const QByteArray &digest)
+{
+    if (m_phase != Phase::open || m_uploads.empty() || m_uploads.front()->id != id ||
+        m_uploads.front()->step != Upload::Step::hashing)
+        return;
+    Upload &upload = *m_uploads.front();
+    ZEKTRequest end;
+    end.requestId = upload.id;
+    end.kind = ZEKTRequest::Kind::fileEnd;
+    end.sha256 = digest;
+    send(end);
+    upload.step = upload.promise->future().isFinished() ? Upload::Step::awaitingVerdict
+                                                        : Upload::Step::flushing;
+    pumpUpload();
+}
+
+QThreadPool *ZEKTClientSession::hashPool()
+{
+    // One thread for all uploads of the process, so the chunks of one upload are hashed in
+    // order. Never destroyed: a hash still running at exit holds only shared data.
+    static QThreadPool *pool = [] {
+        auto *p = new QThreadPool;
+        p->setMaxThreadCount(1);
+        p->setExpiryTimeout(-1);
+        return p;
+    }();
+    return pool;
 }
 
 // ---- ending -----------------------------------------------------------------------------

@@ -18,6 +18,7 @@
 #include <memory>
 
 class QSocketNotifier;
+class QThreadPool;
 class QSslSocket;
 class ZEKTChannel;
 
@@ -57,12 +58,13 @@ private:
         std::unique_ptr<QFile> file;
         qint64 size = 0;
         qint64 sent = 0;
-        ZEKTSha256 hash;
+        std::shared_ptr<ZEKTSha256> hash = std::make_shared<ZEKTSha256>();
         Promise promise;
         ZEKTClient::ProgressFunction progress;
         enum class Step {
             queued,
             awaitingReady,
+            hashing,
             sending,
             flushing,
             awaitingVerdict
@@ -91,6 +93,8 @@ private:
     void pumpUpload();
     void uploadReady(quint64 id, bool accepted, const QString &reason);
     void uploadProgress(Upload &upload, double fraction);
+    void uploadHashed(quint64 id, const QByteArray &digest);
+    static QThreadPool *hashPool();
 
     QString m_host;
     quint16 m_port;

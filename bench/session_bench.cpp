@@ -1,0 +1,254 @@
+// Prints the session manager's main-thread costs: one streamed 1920x1080 JPEG frame
+// through the screen pipeline beside one bare TurboJPEG decode of it, and, with
+// --fleet N, N simulated agents held by one manager. Run with a private HOME and stdout
+// to /dev/null (the log mirrors every line there); figures go to stderr:
+//   tests/run-isolated.sh build/bench/session_bench --fleet 200 > /dev/null
+#include "FakeZEKTClient.h"
+#include "platform/NotificationHub.h"
+#include "protocol/ScreenCaptureMessage.h"
+#include "session/ScreenImageDecoder.h"
+#include "session/Thumbnailer.h"
+#include "session/TurboJpegDecoder.h"
+#include "session/ZEKTManager.h"
+#include "state/AppState.h"
+
+#include <QAbstractEventDispatcher>
+#include <QBuffer>
+#include <QCommandLineParser>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QGuiApplication>
+#include <QImageWriter>
+#include <QLinearGradient>
+#include <QPainter>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+#include <algorithm>
+#include <cstdio>
+
+namespace {
+
+// A desktop-like screen: gradient, windows with title bars and lines of text.
+QByteArray desktopFrame(int variant)
+{
+    QImage image(1920, 1080, QImage::Format_RGB32);
+    QPainter p(&image);
+    QLinearGradient sky(0, 0, 1920, 1080);
+    sky.setColorAt(0, QColor(32, 64, 128));
+    sky.setColorAt(1, QColor(180, 90, 60));
+    p.fillRect(image.rect(), sky);
+    for (int w = 0; w < 4; ++w) {
+        const QRect frame(80 + w * 420, 90 + w * 120 + variant % 7, 760, 560);
+        p.fillRect(frame, Qt::white);
+        p.fillRect(frame.x(), frame.y(), frame.width(), 28, QColor(220, 220, 225));
+        p.setPen(Qt::black);
+        for (int line = 0; line < 26; ++line)
+            p.drawText(frame.x() + 12, frame.y() + 50 + line * 19,
+                       QStringLiteral("%1  The quick brown fox jumps over the lazy dog %2")
+                           .arg(line + variant)
+                           .arg(w));
+    }
+    p.end();
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    QImageWriter writer(&buffer, "jpeg");
+    writer.setQuality(50); // the stream's quality at 10 frames per second
+    writer.write(image);
+    return bytes;
+}
+
+double median(std::vector<double> values)
+{
+    std::sort(values.begin(), values.end());
+    return values.empty() ? 0 : values[values.size() / 2];
+}
+
+template <typename F> double medianMs(int runs, F &&f)
+{
+    std::vector<double> times;
+    for (int i = 0; i < runs; ++i) {
+        QElapsedTimer t;
+        t.start();
+        f(i);
+        times.push_back(double(t.nsecsElapsed()) / 1e6);
+    }
+    return median(times);
+}
+
+double residentMegabytes()
+{
+    QFile status(QStringLiteral("/proc/self/status"));
+    if (!status.open(QIODevice::ReadOnly))
+        return 0;
+    for (const QByteArray &line : status.readAll().split('\n')) {
+        if (line.startsWith("VmRSS:"))
+            return line.mid(6).trimmed().split(' ').first().toDouble() / 1024.0;
+    }
+    return 0;
+}
+
+// Time the main thread spends between waking up and blocking again.
+struct BusyMeter {
+    explicit BusyMeter(QAbstractEventDispatcher *dispatcher)
+    {
+        QObject::connect(dispatcher, &QAbstractEventDispatcher::awake, [this] {
+            if (!awake) {
+                awake = true;
+                slice.start();
+            }
+        });
+        QObject::connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, [this] {
+            if (awake) {
+                awake = false;
+                busyNs += slice.nsecsElapsed();
+            }
+        });
+    }
+    bool awake = false;
+    QElapsedTimer slice;
+    qint64 busyNs = 0;
+};
+
+void framePipeline(int frames)
+{
+    const QByteArray jpeg = desktopFrame(0);
+    TurboJpegDecoder bare;
+    ScreenImageDecoder decoder;
+    Thumbnailer thumbnailer;
+    const QImage decoded = bare.decode(jpeg);
+
+    std::shared_ptr<FakeZEKTClient> fake;
+    auto manager = std::make_unique<ZEKTManager>([&](const QString &host, quint16 port) {
+        fake = std::make_shared<FakeZEKTClient>(host, port);
+        fake->autoSucceed = {"connect", "authenticate", "startContinuousStreaming"};
+        return fake;
+    });
+    ZEKTManager *m = manager.get();
+    AppState state(std::move(manager));
+    RemoteComputer computer;
+    computer.host = QStringLiteral("127.0.0.1");
+    state.addComputer(computer);
+    m->connectToComputer(computer);
+    (void)QTest::qWaitFor([&] { return state.computer(computer.id)->isConnected; });
+    fake->state = ZEKT::ConnectionState::connected;
+    m->startRemoteControlStreaming(computer, 10);
+    int posted = 0;
+    QObject::connect(&NotificationHub::shared(), &NotificationHub::notificationPosted,
+                     [&posted] { ++posted; });
+
+    // Interleaved, so both see the same machine load.
+    std::vector<double> pipeline, bareDecode, pipelineDecode, thumbnail;
+    for (int i = 0; i < frames; ++i) {
+        const auto message = std::make_shared<ScreenCaptureMessage>(
+            0, QByteArray(jpeg.constData(), jpeg.size()), QStringLiteral("jpeg"), 0.5f, i,
+            std::nullopt, 1920, 1080);
+        QElapsedTimer t;
+        t.start();
+        const int before = posted;
+        fake->sendMessage(message);
+        while (posted == before)
+            QCoreApplication::processEvents();
+        QCoreApplication::processEvents(); // the log appends of this frame
+        pipeline.push_back(double(t.nsecsElapsed()) / 1e6);
+        bareDecode.push_back(medianMs(1, [&](int) { bare.decode(jpeg); }));
+        pipelineDecode.push_back(medianMs(1, [&](int) { decoder.decode(jpeg); }));
+        thumbnail.push_back(medianMs(1, [&](int) { thumbnailer.createThumbnail(decoded, 640); }));
+    }
+    std::fprintf(stderr,
+                 "Frame 1920x1080 JPEG, %lld bytes, %d frames (medians):\n"
+                 "  pipeline per frame (decode, thumbnail, broadcast, log): %.2f ms\n"
+                 "  bare TurboJPEG decode:                                  %.2f ms\n"
+                 "  ratio:                                                  %.2fx (goal <= 1.5x)\n"
+                 "  of which decode %.2f ms, thumbnail %.2f ms\n",
+                 qint64(jpeg.size()), frames, median(pipeline), median(bareDecode),
+                 median(pipeline) / median(bareDecode), median(pipelineDecode), median(thumbnail));
+}
+
+void fleet(int count, int seconds)
+{
+    QTemporaryDir dir;
+    const QString credentials = dir.filePath(QStringLiteral("credentials"));
+    const QString agentBinary = QStringLiteral(TELVANE_AGENT_BINARY);
+    QProcess setPassword;
+    setPassword.start(agentBinary,
+                      {"--set-password", "--credentials-file", credentials, "--user", "admin"});
+    setPassword.write("fleet-secret\n");
+    setPassword.closeWriteChannel();
+    setPassword.waitForFinished(60000);
+
+    const quint16 firstPort = 42000;
+    QProcess agents;
+    agents.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    agents.setStandardOutputFile(QProcess::nullDevice());
+    agents.start(agentBinary,
+                 {"--fleet", QString::number(count), "--port", QString::number(firstPort), "--bind",
+                  "127.0.0.1", "--auth", "file", "--credentials-file", credentials, "--config-dir",
+                  dir.filePath("config"), "--uploads-dir", dir.path()});
+    agents.waitForStarted();
+    QTest::qWait(3000); // the agents generate their identities and start listening
+
+    const double rssBefore = residentMegabytes();
+    AppState state;
+    QList<RemoteComputer> computers;
+    for (int i = 0; i < count; ++i) {
+        RemoteComputer c;
+        c.name = QStringLiteral("Agent %1").arg(i);
+        c.host = QStringLiteral("127.0.0.1");
+        c.port = quint16(firstPort + i);
+        c.username = QStringLiteral("admin");
+        c.password = QStringLiteral("fleet-secret");
+        computers.append(c);
+    }
+    state.setComputers(computers);
+    state.saveComputers();
+
+    BusyMeter meter(QAbstractEventDispatcher::instance());
+    QElapsedTimer clock;
+    clock.start();
+    for (const RemoteComputer &c : computers)
+        state.zektManager().connectToComputer(c);
+    const auto connectedCount = [&] {
+        return std::count_if(state.computers().begin(), state.computers().end(),
+                             [](const RemoteComputer &c) { return c.isConnected; });
+    };
+    (void)QTest::qWaitFor([&] { return connectedCount() == count; }, 120000);
+    const double connectSeconds = double(clock.elapsed()) / 1000.0;
+    const auto connected = connectedCount();
+
+    QTest::qWait(2000); // let the connection burst settle
+    const qint64 busyBefore = meter.busyNs;
+    QElapsedTimer window;
+    window.start();
+    QTest::qWait(seconds * 1000);
+    const double busy = double(meter.busyNs - busyBefore) / double(window.nsecsElapsed());
+    std::fprintf(stderr,
+                 "Fleet of %d simulated agents (statistics every 5 s), one manager:\n"
+                 "  connected: %lld of %d after %.2f s (goal <= 10 s)\n"
+                 "  main thread busy while statistics arrive: %.2f %% over %d s (goal <= 5 %%)\n"
+                 "  resident memory: %.1f MB before the fleet, %.1f MB with it (goal <= 200 MB)\n",
+                 count, qint64(connected), count, connectSeconds, busy * 100.0, seconds, rssBefore,
+                 residentMegabytes());
+    for (const RemoteComputer &c : computers)
+        state.zektManager().disconnectFromComputer(c);
+    agents.terminate();
+    agents.waitForFinished(10000);
+    state.waitForPendingWrites();
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QGuiApplication app(argc, argv);
+    QCommandLineParser parser;
+    parser.addOptions({{"frames", "Frames to time.", "N", "60"},
+                       {"fleet", "Simulated agents for the fleet run (0: none).", "N", "0"},
+                       {"seconds", "Length of the statistics window.", "S", "30"}});
+    parser.process(app);
+    framePipeline(std::max(1, parser.value("frames").toInt()));
+    if (const int count = parser.value("fleet").toInt(); count > 0)
+        fleet(count, std::max(5, parser.value("seconds").toInt()));
+    return 0;
+}

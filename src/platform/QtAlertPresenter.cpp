@@ -1,0 +1,79 @@
+#include "QtAlertPresenter.h"
+
+#include <QMessageBox>
+#include <QPushButton>
+
+namespace {
+
+const char *const indexProperty = "alertButtonIndex";
+
+QMessageBox::Icon iconOf(Alert::Style style)
+{
+    switch (style) {
+    case Alert::Style::warning:
+        return QMessageBox::Warning;
+    case Alert::Style::critical:
+        return QMessageBox::Critical;
+    case Alert::Style::informational:
+        break;
+    }
+    return QMessageBox::Information;
+}
+
+void fill(QMessageBox &box, const Alert &alert)
+{
+    box.setIcon(iconOf(alert.style));
+    box.setWindowTitle(alert.title);
+    box.setText(alert.title);
+    box.setInformativeText(alert.text);
+    QPushButton *button = nullptr;
+    for (int i = 0; i < alert.buttons.size(); ++i) {
+        button = box.addButton(alert.buttons[i], QMessageBox::ActionRole);
+        button->setProperty(indexProperty, i);
+        if (i == 0)
+            box.setDefaultButton(button);
+    }
+    if (button)
+        box.setEscapeButton(button);
+}
+
+// Aborted or closed boxes have no clicked button.
+int indexOfClicked(const QMessageBox &box)
+{
+    const QAbstractButton *clicked = box.clickedButton();
+    return clicked ? clicked->property(indexProperty).toInt() : AlertPresenter::closed;
+}
+
+} // namespace
+
+int QtAlertPresenter::runModal(const Alert &alert, Handle handle)
+{
+    if (m_abortedEarly.remove(handle))
+        return closed;
+    QMessageBox box;
+    fill(box, alert);
+    m_running.insert(handle, &box);
+    box.exec();
+    m_running.remove(handle);
+    return indexOfClicked(box);
+}
+
+void QtAlertPresenter::abortModal(Handle handle)
+{
+    const QPointer<QMessageBox> box = m_running.value(handle);
+    if (box)
+        box->done(QDialog::Rejected);
+    else
+        m_abortedEarly.insert(handle);
+}
+
+void QtAlertPresenter::show(const Alert &alert, Completion completion)
+{
+    auto *box = new QMessageBox;
+    fill(*box, alert);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setWindowModality(Qt::ApplicationModal);
+    QObject::connect(box, &QMessageBox::finished, box,
+                     [box, completion] { completion(indexOfClicked(*box)); });
+    box->show();
+}

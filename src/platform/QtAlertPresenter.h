@@ -1,0 +1,22 @@
+#pragma once
+
+#include "AlertPresenter.h"
+
+#include <QHash>
+#include <QPointer>
+#include <QSet>
+
+class QMessageBox;
+class QWidget;
+
+// Alerts as message boxes: the first button is the default, the last one answers Escape.
+class QtAlertPresenter : public AlertPresenter {
+public:
+    int runModal(const Alert &alert, Handle handle) override;
+    void abortModal(Handle handle) override;
+    void show(const Alert &alert, Completion completion) override;
+
+private:
+    QHash<Handle, QPointer<QMessageBox>> m_running;
+    QSet<Handle> m_abortedEarly;
+};

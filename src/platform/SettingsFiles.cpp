@@ -1,0 +1,71 @@
+#include "SettingsFiles.h"
+
+#include "AppIdentity.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSettings>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace SettingsFiles {
+namespace {
+
+std::unique_ptr<QSettings> openSuiteAt(const QString &path)
+{
+    return std::make_unique<QSettings>(path, QSettings::IniFormat);
+}
+
+void fsyncPath(const QString &path)
+{
+    const int fd = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0)
+        return;
+    ::fsync(fd);
+    ::close(fd);
+}
+
+} // namespace
+
+std::unique_ptr<QSettings> openStandard()
+{
+    return std::make_unique<QSettings>(QSettings::IniFormat, QSettings::UserScope,
+                                       QLatin1String(AppIdentity::organizationName),
+                                       QLatin1String(AppIdentity::applicationName));
+}
+
+QString sharedSuitePath()
+{
+    // Next to the standard store, named by the app group identifier.
+    const QString standard = openStandard()->fileName();
+    return QFileInfo(standard).absolutePath() + QLatin1Char('/') +
+           QLatin1String(AppIdentity::appGroupIdentifier) + QStringLiteral(".conf");
+}
+
+std::unique_ptr<QSettings> openSharedSuite()
+{
+    const QString path = sharedSuitePath();
+    if (!QDir().mkpath(QFileInfo(path).absolutePath()))
+        return nullptr;
+    auto suite = openSuiteAt(path);
+    if (suite->status() == QSettings::FormatError) {
+        const QString aside = path + QStringLiteral(".corrupt-") +
+                              QString::number(QDateTime::currentMSecsSinceEpoch());
+        suite.reset();
+        QFile::rename(path, aside);
+        suite = openSuiteAt(path);
+    }
+    return suite;
+}
+
+void syncDurably(QSettings &settings)
+{
+    settings.sync();
+    const QFileInfo info(settings.fileName());
+    fsyncPath(info.absoluteFilePath());
+    fsyncPath(info.absolutePath());
+}
+
+} // namespace SettingsFiles

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "TurboJpegDecoder.h"
+
+#include <QByteArray>
+#include <QImage>
+#include <QString>
+
+// Turns the bytes of one screen image into an image, trying in turn: TurboJPEG (data
+// starting FF D8), Qt's general decoder, an image source that reads the first image it
+// finds inside the data (stray bytes before it are skipped), and a round trip through the
+// temporary file "zekt_preview.jpg". Every way of giving up logs one "ERROR" line.
+class ScreenImageDecoder {
+public:
+    enum class Stage { turboJpeg, generalDecoder, imageSource, diskFallback, none };
+
+    // A JPEG start-of-image marker one byte late (xx FF D8 ...) loses its first byte.
+    static QByteArray repairPrefix(const QByteArray &data);
+    static QString temporaryFilePath();
+
+    // A null image when the image is to be dropped (the reason is already logged).
+    QImage decode(const QByteArray &data);
+    // Which stage produced the last decoded image.
+    Stage lastStage() const { return m_lastStage; }
+
+    // Tests switch stages off to reach the later ones.
+    void setStageEnabledForTesting(Stage stage, bool enabled);
+
+private:
+    QImage decodeWithImageSource(const QByteArray &data, bool *dropped);
+    QImage decodeThroughDisk(const QByteArray &data);
+    bool isEnabled(Stage stage) const;
+
+    TurboJpegDecoder m_turboJpeg;
+    Stage m_lastStage = Stage::none;
+    unsigned m_disabledStages = 0;
+};

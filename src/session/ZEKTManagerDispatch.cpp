@@ -1,0 +1,192 @@
+// Message dispatch, statistics intake and the screen image pipeline of ZEKTManager.
+#include "ZEKTManager.h"
+
+#include "DecodedFrameCache.h"
+#include "SystemStatsConversion.h"
+#include "model/LogManager.h"
+#include "platform/NotificationHub.h"
+#include "protocol/AuthenticationResponseMessage.h"
+#include "protocol/DisconnectMessage.h"
+#include "protocol/ErrorMessage.h"
+#include "protocol/FileTransferResponseMessage.h"
+#include "protocol/HandshakeResponseMessage.h"
+#include "protocol/HeartbeatMessage.h"
+#include "protocol/HeartbeatResponseMessage.h"
+#include "protocol/ScreenCaptureMessage.h"
+#include "protocol/SystemStatsMessage.h"
+#include "state/AppState.h"
+
+namespace {
+
+void log(const QString &message, const char *category)
+{
+    LogManager::shared().log(message, QLatin1String(category));
+}
+
+} // namespace
+
+void ZEKTManager::handleMessage(const ZEKTMessagePtr &message, const QUuid &id,
+                                const std::weak_ptr<ZEKTClient> &client)
+{
+    const QString name = nameOrUnknown(id);
+    if (!isRegistered(id, client)) {
+        log(QStringLiteral("Ignoring message for removed computer ") + name, "CONNECT");
+        return;
+    }
+    const ZEKTMessage *m = message.get();
+    if (!m)
+        return;
+
+    if (dynamic_cast<const HandshakeResponseMessage *>(m)) {
+        log(QStringLiteral("Handshake completed for ") + name +
+                QStringLiteral(", connection fully established"),
+            "CONNECT");
+    } else if (auto *auth = dynamic_cast<const AuthenticationResponseMessage *>(m)) {
+        if (auth->success)
+            log(QStringLiteral("Authentication successful for computer ") + name, "AUTH");
+        else
+            log(QStringLiteral("Authentication failed for computer ") + name, "ERROR");
+        finishConnectionAttempt(id, auth->success, std::nullopt);
+    } else if (auto *capture = dynamic_cast<const ScreenCaptureMessage *>(m)) {
+        handleScreenCapture(*capture, id, name);
+    } else if (auto *error = dynamic_cast<const ErrorMessage *>(m)) {
+        log(QStringLiteral("Error message received from ") + name + QStringLiteral(": ") +
+                error->errorMessage,
+            "ERROR");
+    } else if (auto *disconnect = dynamic_cast<const DisconnectMessage *>(m)) {
+        log(QStringLiteral("Disconnect message received from ") + name + QStringLiteral(": ") +
+                disconnect->reason,
+            "CONNECT");
+        QMetaObject::invokeMethod(
+            this, [this, id] { handleDisconnectMessage(id); }, Qt::QueuedConnection);
+    } else if (dynamic_cast<const HeartbeatMessage *>(m)) {
+        log(QStringLiteral("Heartbeat received from ") + name, "HEARTBEAT");
+    } else if (dynamic_cast<const HeartbeatResponseMessage *>(m)) {
+        log(QStringLiteral("Heartbeat response received from ") + name, "HEARTBEAT");
+    } else if (auto *transfer = dynamic_cast<const FileTransferResponseMessage *>(m)) {
+        log(QStringLiteral("File transfer response received from ") + name + QStringLiteral(": ") +
+                transfer->message,
+            "FILE");
+        if (m_appState)
+            m_appState->completeFileTransfer(transfer->success ? transfer->message
+                                                               : QStringLiteral("Upload failed: ") +
+                                                                     transfer->message);
+    } else if (auto *stats = dynamic_cast<const SystemStatsMessage *>(m)) {
+        handleSystemStats(*stats, id);
+    } else {
+        log(QStringLiteral("Unhandled message type: ") + m->typeName() + QStringLiteral(" from ") +
+                name,
+            "WARN");
+    }
+}
+
+void ZEKTManager::handleDisconnectMessage(const QUuid &id)
+{
+    removeClient(id);
+    finishConnectionAttempt(id, false, std::nullopt);
+    {
+        std::lock_guard lock(m_connectionLock);
+        m_streamingComputers.remove(id);
+        m_manualPreviewRequested.remove(id);
+    }
+    DecodedFrameCache::shared().remove(id);
+}
+
+void ZEKTManager::handleSystemStats(const SystemStatsMessage &message, const QUuid &id)
+{
+    const std::optional<QString> name = computerDisplayName(id);
+    if (!name)
+        return;
+    log(QStringLiteral("Received system stats from ") + *name, "STATS");
+    SystemStats stats = SystemStatsConversion::fromMessage(message);
+    QMetaObject::invokeMethod(
+        this,
+        [this, id, stats = std::move(stats)] {
+            AppState *store = m_appState.data();
+            if (!store)
+                return;
+            QList<RemoteComputer> list = store->computers();
+            for (RemoteComputer &computer : list) {
+                if (computer.id != id)
+                    continue;
+                computer.systemStats = stats;
+                store->setComputers(std::move(list));
+                store->saveComputers();
+                return;
+            }
+        },
+        Qt::QueuedConnection);
+}
+
+QByteArray ZEKTManager::createThumbnail(const QImage &image, int maximumDimension) const
+{
+    return m_thumbnailer.createThumbnail(image, maximumDimension);
+}
+
+void ZEKTManager::handleScreenCapture(const ScreenCaptureMessage &message, const QUuid &id,
+                                      const QString &name)
+{
+    bool streaming = false;
+    bool previewPending = false;
+    {
+        std::lock_guard lock(m_connectionLock);
+        streaming = m_streamingComputers.contains(id);
+        previewPending = m_manualPreviewRequested.contains(id);
+    }
+    if (!streaming && !previewPending) {
+        log(QStringLiteral("Ignoring screen capture for ") + name +
+                QStringLiteral(" - no active streaming or manual preview request"),
+            "SCREEN");
+        return;
+    }
+    log(QStringLiteral("Received screen capture for computer ") + name + QStringLiteral(": ") +
+            QString::number(message.imageData.size()) + QStringLiteral(" bytes"),
+        "SCREEN");
+
+    const QByteArray imageData = ScreenImageDecoder::repairPrefix(message.imageData);
+    const QImage image = m_decoder.decode(imageData);
+    if (image.isNull())
+        return;
+
+    const QByteArray thumbnail = createThumbnail(image, 640);
+    bool wasPending = false;
+    {
+        std::lock_guard lock(m_connectionLock);
+        wasPending = m_manualPreviewRequested.remove(id);
+    }
+    if (wasPending) {
+        QMetaObject::invokeMethod(
+            this,
+            [this, id, name, thumbnail] {
+                if (m_appState)
+                    m_appState->storeThumbnail(id, thumbnail);
+                log(QStringLiteral("Updated manual preview thumbnail for ") + name +
+                        QStringLiteral(" (") + QString::number(thumbnail.size()) +
+                        QStringLiteral(" bytes)"),
+                    "SCREEN");
+            },
+            Qt::QueuedConnection);
+    } else {
+        log(QStringLiteral("Screen capture received for ") + name +
+                QStringLiteral(" - streaming only, no preview update"),
+            "SCREEN");
+    }
+
+    // A remote-control window shows streamed frames; it finds this decode in the cache.
+    if (streaming)
+        DecodedFrameCache::shared().insert(id, imageData, image);
+    QVariantMap userInfo{
+        {QStringLiteral("computerID"), QVariant::fromValue(id)},
+        {QStringLiteral("imageData"), imageData},
+        {QStringLiteral("displayID"), QVariant::fromValue(message.displayID)},
+        {QStringLiteral("quality"), QVariant::fromValue(message.quality)},
+        {QStringLiteral("displayWidth"), QVariant::fromValue(message.displayWidth)},
+        {QStringLiteral("displayHeight"), QVariant::fromValue(message.displayHeight)},
+    };
+    QMetaObject::invokeMethod(
+        this,
+        [userInfo = std::move(userInfo)] {
+            NotificationHub::shared().post(QStringLiteral("screenCaptureReceived"), userInfo);
+        },
+        Qt::QueuedConnection);
+}

@@ -1,0 +1,115 @@
+#pragma once
+
+#include "model/RemoteComputer.h"
+#include "session/ZEKTManager.h"
+#include "state/NavigationItem.h"
+
+#include <QDateTime>
+#include <QHash>
+#include <QList>
+#include <QObject>
+#include <QUuid>
+#include <functional>
+#include <memory>
+#include <optional>
+
+class QSettings;
+class SerialQueue;
+class SharedSuiteWatcher;
+
+// The application's one long-lived state: the configured computers and their
+// persistence, the navigation selection, the upload display state, supervision and
+// automation hand-over, and the session manager. Lives on the main thread.
+class AppState : public QObject {
+    Q_OBJECT
+
+public:
+    // `manager` replaces the session manager (tests); by default a real one is made.
+    explicit AppState(std::unique_ptr<ZEKTManager> manager = nullptr, QObject *parent = nullptr);
+    ~AppState() override;
+
+    const QString appGroupIdentifier;
+    const QString computersKey;
+
+    // Published state.
+    const QList<RemoteComputer> &computers() const { return m_computers; }
+    // Assigns the whole list (observers see one change); does not save.
+    void setComputers(QList<RemoteComputer> computers);
+    std::optional<RemoteComputer> computer(const QUuid &id) const;
+
+    NavigationItem selectedItem() const { return m_selectedItem; }
+    void setSelectedItem(const NavigationItem &item);
+
+    bool isFileTransferInProgress() const { return m_isFileTransferInProgress; }
+    double fileTransferProgress() const { return m_fileTransferProgress; }
+    QString fileTransferFileName() const { return m_fileTransferFileName; }
+    QString fileTransferStatus() const { return m_fileTransferStatus; }
+
+    ZEKTManager &zektManager() const { return *m_zektManager; }
+    const QHash<QUuid, QDateTime> &lastAutoConnectAttempts() const
+    {
+        return m_lastAutoConnectAttempts;
+    }
+
+    // The computer list.
+    void addComputer(const RemoteComputer &computer);
+    void updateComputer(const RemoteComputer &computer);
+    void removeComputer(const QUuid &id);
+    void updateConnectingStatus(const QUuid &id, bool isConnecting);
+    void updateConnectionStatus(const QUuid &id, bool isConnected,
+                                const std::optional<QString> &error = std::nullopt);
+    // Any thread.
+    void storeThumbnail(const QUuid &id, const QByteArray &data);
+    void saveComputers();
+
+    // Upload display state; any thread, applied on the main thread in call order.
+    void beginFileTransfer(const QString &fileName);
+    void updateFileTransferProgress(const QString &status, double fraction);
+    void completeFileTransfer(const QString &message);
+    void cancelFileTransfer();
+    void setUploadDisplayDurationsForTesting(int outcomeMs, int cancelMs);
+
+    // Supervision and automation.
+    bool shouldAutoConnect(const RemoteComputer &computer, const QDateTime &now,
+                           double minimumRetryInterval) const;
+    void autoConnectDisconnectedComputers(double minimumRetryInterval);
+    void processPendingActions();
+
+    // Blocks until every requested save and thumbnail write has reached the disk.
+    // Tests and benchmarks only.
+    void waitForPendingWrites();
+
+Q_SIGNALS:
+    void computersChanged();
+    void selectedItemChanged();
+    void fileTransferChanged();
+
+private:
+    void loadComputers();
+    void migrateLegacyComputersIfNeeded();
+    void loadThumbnails();
+    void removeOrphanedThumbnails();
+    void writeComputers(QList<RemoteComputer> computers);
+    int indexOf(const QUuid &id) const;
+
+    QList<RemoteComputer> m_computers;
+    NavigationItem m_selectedItem;
+    bool m_isFileTransferInProgress = false;
+    double m_fileTransferProgress = 0.0;
+    QString m_fileTransferFileName;
+    QString m_fileTransferStatus;
+    quint64 m_fileTransferGeneration = 0;
+    int m_outcomeDisplayMs = 3000;
+    int m_cancelDisplayMs = 2000;
+    std::unique_ptr<ZEKTManager> m_zektManager;
+    std::unique_ptr<QSettings> m_sharedUserDefaults;
+    std::unique_ptr<QSettings> m_legacyUserDefaults;
+    std::unique_ptr<SerialQueue> m_persistenceQueue;
+    std::unique_ptr<SerialQueue> m_thumbnailQueue;
+    std::unique_ptr<SharedSuiteWatcher> m_defaultsObserver;
+    QHash<QUuid, QDateTime> m_lastAutoConnectAttempts;
+
+    // Saves not yet started are folded into the newest one (the last save wins).
+    struct PendingSave;
+    std::shared_ptr<PendingSave> m_pendingSave;
+};

@@ -1,0 +1,164 @@
+// Screen images: acceptance, prefix repair, the decoder chain, thumbnails and broadcast.
+#include "SessionHarness.h"
+
+#include "platform/NotificationHub.h"
+#include "protocol/ScreenCaptureMessage.h"
+#include "session/DecodedFrameCache.h"
+
+#include <QBuffer>
+#include <QFile>
+#include <QSignalSpy>
+
+namespace {
+
+QByteArray encoded(int width, int height, const char *format)
+{
+    QImage image(width, height, QImage::Format_RGB32);
+    image.fill(Qt::darkCyan);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, format);
+    return bytes;
+}
+
+std::shared_ptr<ScreenCaptureMessage> capture(const QByteArray &data)
+{
+    return std::make_shared<ScreenCaptureMessage>(0, data, QStringLiteral("jpeg"), 0.5f, 1,
+                                                  std::nullopt, 1920, 1080);
+}
+
+QSize thumbnailSize(const QByteArray &bytes)
+{
+    return QImage::fromData(bytes).size();
+}
+
+} // namespace
+
+class ScreenPipelineTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void prefixRepair()
+    {
+        const QByteArray late("\x00\xFF\xD8\xFF\xE0", 5);
+        QCOMPARE(ScreenImageDecoder::repairPrefix(late), late.mid(1));
+        QCOMPARE(ScreenImageDecoder::repairPrefix(late.mid(1)), late.mid(1));
+        QCOMPARE(ScreenImageDecoder::repairPrefix(QByteArray("\xFF\xD8", 2)),
+                 QByteArray("\xFF\xD8", 2));
+    }
+
+    void thumbnailGeometry()
+    {
+        Thumbnailer thumbnailer;
+        const QList<QPair<QSize, QSize>> cases{
+            {{1920, 1080}, {640, 360}}, {{1080, 1920}, {360, 640}}, {{500, 500}, {640, 640}}};
+        for (const auto &[source, expected] : cases) {
+            QImage image(source, QImage::Format_RGB32);
+            image.fill(QColor(200, 40, 10));
+            const QByteArray jpeg = thumbnailer.createThumbnail(image, 640);
+            QVERIFY(jpeg.startsWith("\xFF\xD8"));
+            QCOMPARE(thumbnailSize(jpeg), expected);
+            // Channels stay in place through the shrinking and the encoder.
+            const QColor centre = QImage::fromData(jpeg).pixelColor(expected.width() / 2, 10);
+            QVERIFY(qAbs(centre.red() - 200) < 6 && qAbs(centre.blue() - 10) < 6);
+        }
+        LogLines::clear();
+        QVERIFY(thumbnailer.createThumbnail(QImage(), 640).isEmpty());
+        QCOMPARE(LogLines::count("ERROR", "Invalid image size: 0x0"), 1);
+
+        thumbnailer.setJpegEncoderForTesting([](const QImage &) { return QByteArray(); });
+        QImage image(1920, 1080, QImage::Format_RGB32);
+        image.fill(Qt::black);
+        QVERIFY(thumbnailer.createThumbnail(image, 640).startsWith("\x89PNG"));
+        QCOMPARE(LogLines::count("WARN", "Failed to create JPEG thumbnail, trying PNG fallback"),
+                 1);
+    }
+
+    void decoderChainReachesEveryStage()
+    {
+        using Stage = ScreenImageDecoder::Stage;
+        ScreenImageDecoder decoder;
+        QVERIFY(!decoder.decode(encoded(64, 48, "JPEG")).isNull());
+        QCOMPARE(decoder.lastStage(), Stage::turboJpeg);
+        QVERIFY(!decoder.decode(encoded(64, 48, "PNG")).isNull());
+        QCOMPARE(decoder.lastStage(), Stage::generalDecoder);
+        // Stray bytes before the image defeat the general decoder, not the image source.
+        QCOMPARE(decoder.decode("garbage" + encoded(64, 48, "PNG")).size(), QSize(64, 48));
+        QCOMPARE(decoder.lastStage(), Stage::imageSource);
+
+        LogLines::clear();
+        decoder.setStageEnabledForTesting(Stage::turboJpeg, false);
+        decoder.setStageEnabledForTesting(Stage::generalDecoder, false);
+        decoder.setStageEnabledForTesting(Stage::imageSource, false);
+        QVERIFY(!decoder.decode(encoded(64, 48, "JPEG")).isNull());
+        QCOMPARE(decoder.lastStage(), Stage::diskFallback);
+        QVERIFY(QFile::exists(ScreenImageDecoder::temporaryFilePath()));
+        QCOMPARE(LogLines::count("SCREEN", "Successfully loaded image from disk fallback"), 1);
+
+        decoder.setStageEnabledForTesting(Stage::generalDecoder, true);
+        decoder.setStageEnabledForTesting(Stage::imageSource, true);
+        LogLines::clear();
+        const QByteArray junk = QByteArray(20, '\x01') + QByteArray(4, '\xAB');
+        QVERIFY(decoder.decode(junk).isNull());
+        QCOMPARE(LogLines::count("ERROR", "Failed to create NSImage from screen capture data. "
+                                          "Size: 24 bytes, Prefix: 01 01 01 01 01 01 01 01 01 "
+                                          "01 01 01 01 01 01 01, Suffix: 01 01 01 01 AB AB AB AB"),
+                 1);
+        QCOMPARE(LogLines::count("ERROR", "Failed to create NSImage even from disk fallback"), 1);
+        QVERIFY(decoder.decode(QByteArray()).isNull());
+    }
+
+    void previewAndBroadcast()
+    {
+        SessionHarness h;
+        QVERIFY(h.connect());
+        QSignalSpy posted(&NotificationHub::shared(), &NotificationHub::notificationPosted);
+        const QByteArray jpeg = encoded(1920, 1080, "JPEG");
+
+        // Neither streaming nor waiting for a preview: dropped before decoding.
+        h.fake().sendMessage(capture(jpeg));
+        QTRY_COMPARE(LogLines::count("SCREEN", "Ignoring screen capture for Studio - no active "
+                                               "streaming or manual preview request"),
+                     1);
+
+        h.manager->requestManualPreview(h.computer);
+        h.manager->startRemoteControlStreaming(h.computer, 10);
+        h.fake().sendMessage(capture(QByteArray(1, '\0') + jpeg)); // one byte late
+        QTRY_VERIFY(h.record().thumbnailImage.has_value());
+        QCOMPARE(thumbnailSize(*h.record().thumbnailImage), QSize(640, 360));
+        QTRY_COMPARE(posted.size(), 1);
+        const QVariantMap info = posted[0][1].toMap();
+        QCOMPARE(posted[0][0].toString(), QStringLiteral("screenCaptureReceived"));
+        QCOMPARE(info.size(), 6);
+        QCOMPARE(info["computerID"].toUuid(), h.computer.id);
+        QCOMPARE(info["imageData"].toByteArray(), jpeg);
+        QCOMPARE(info["displayWidth"].toUInt(), 1920u);
+        QCOMPARE(info["quality"].toFloat(), 0.5f);
+        // The window finds the decoded frame for exactly these bytes.
+        QCOMPARE(
+            DecodedFrameCache::shared().find(h.computer.id, info["imageData"].toByteArray()).size(),
+            QSize(1920, 1080));
+        QVERIFY(DecodedFrameCache::shared().find(h.computer.id, QByteArray(jpeg)).isNull());
+
+        // The preview was satisfied once; the stream goes on.
+        h.fake().sendMessage(capture(jpeg));
+        QTRY_COMPARE(posted.size(), 2);
+        QCOMPARE(LogLines::count("SCREEN", "Screen capture received for Studio - streaming only, "
+                                           "no preview update"),
+                 1);
+        QCOMPARE(LogLines::countStartingWith("Updated manual preview thumbnail for Studio ("), 1);
+
+        // An undecodable image keeps the preview pending and is not broadcast.
+        h.manager->requestManualPreview(h.computer);
+        h.fake().sendMessage(capture(QByteArray(32, '\x07')));
+        QTest::qWait(30);
+        QCOMPARE(posted.size(), 2);
+        QVERIFY(h.manager->isManualPreviewRequested(h.computer.id));
+        h.manager->stopRemoteControlStreaming(h.computer);
+        QVERIFY(DecodedFrameCache::shared().find(h.computer.id, jpeg).isNull());
+    }
+};
+
+QTEST_MAIN(ScreenPipelineTest)
+#include "ScreenPipelineTest.moc"
