@@ -415,7 +415,7 @@ bool ZEKTClientSession::send(const ZEKTRequest &request)
     return m_channel && m_channel->send(ZEKTMessageCodec::encodeRequest(request));
 }
 
-void ZEKTClientSession::onFrame(const ZEKTFrame &frame)
+void ZEKTClientSession::onFrame(ZEKTFrame &frame)
 {
     if (m_phase == Phase::ended)
         return;
