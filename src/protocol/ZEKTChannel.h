@@ -34,7 +34,8 @@ public:
     void setReadingPaused(bool paused);
 
 Q_SIGNALS:
-    void frameReceived(const ZEKTFrame &frame);
+    // Emitted for direct connections only; a receiver may move the body out.
+    void frameReceived(ZEKTFrame &frame);
     // The stream is unusable: bad frame, backlog, silence. `code` is a POSIX error.
     void failed(const QString &description, int code);
     // Some queued bytes went out (for senders that keep the backlog small).

@@ -313,26 +313,23 @@ void ZEKTClientSession::encrypted()
         end(tr("%1 presented no usable certificate").arg(m_endpoint), EPROTO);
         return;
     }
-    const ZEKTKnownAgents::Lookup known = ZEKTKnownAgents::fingerprint(m_endpoint);
-    if (!known.error.isEmpty()) {
-        end(known.error, EIO);
+    const ZEKTKnownAgents::Trust trust = ZEKTKnownAgents::trustOnFirstUse(m_endpoint, current);
+    switch (trust.kind) {
+    case ZEKTKnownAgents::Trust::Kind::error:
+        end(trust.error, EIO);
         return;
-    }
-    if (!known.fingerprint) {
-        if (const auto error = ZEKTKnownAgents::store(m_endpoint, current)) {
-            end(*error, EIO);
-            return;
-        }
+    case ZEKTKnownAgents::Trust::Kind::firstUse:
         log(tr("Trusting %1 on first use, identity %2").arg(m_endpoint, current),
             QStringLiteral("CONNECT"));
         beginHandshake();
         return;
-    }
-    if (*known.fingerprint == current) {
+    case ZEKTKnownAgents::Trust::Kind::unchanged:
         beginHandshake();
         return;
+    case ZEKTKnownAgents::Trust::Kind::changed:
+        askIdentity(trust.previous, current);
+        return;
     }
-    askIdentity(*known.fingerprint, current);
 }
 
 void ZEKTClientSession::askIdentity(const QString &previous, const QString &current)
@@ -415,7 +412,7 @@ bool ZEKTClientSession::send(const ZEKTRequest &request)
     return m_channel && m_channel->send(ZEKTMessageCodec::encodeRequest(request));
 }
 
-void ZEKTClientSession::onFrame(const ZEKTFrame &frame)
+void ZEKTClientSession::onFrame(ZEKTFrame &frame)
 {
     if (m_phase == Phase::ended)
         return;

@@ -80,7 +80,7 @@ private:
     void askIdentity(const QString &previous, const QString &current);
     void identityAnswered(int token, bool trusted, const QString &current);
     void beginHandshake();
-    void onFrame(const ZEKTFrame &frame);
+    void onFrame(ZEKTFrame &frame);
     void acknowledge(quint64 frameNumber);
     bool send(const ZEKTRequest &request);
     void end(const QString &description, int code, bool cancelled = false);

@@ -19,6 +19,7 @@
 #include <QCborValue>
 #include <QtEndian>
 #include <cmath>
+#include <cstring>
 #include <limits>
 
 namespace {
@@ -736,4 +737,52 @@ ZEKTMessageCodec::ChunkFrame ZEKTMessageCodec::fileChunkFrame(quint64 requestId,
     qToBigEndian<quint32>(static_cast<quint32>(f.size() - 4), f.data());
     qToBigEndian<quint16>(static_cast<quint16>(Type::fileChunk), f.data() + 4);
     return out;
+}
+
+std::optional<ZEKTRequest> ZEKTMessageCodec::takeFileChunk(ZEKTFrame &frame)
+{
+    if (frame.type != static_cast<quint16>(Type::fileChunk))
+        return std::nullopt;
+    const auto *b = reinterpret_cast<const uchar *>(frame.body.constData());
+    const qsizetype size = frame.body.size();
+    qsizetype at = 0;
+    auto expect = [&](const char *bytes, qsizetype n) {
+        if (size - at < n || memcmp(b + at, bytes, static_cast<size_t>(n)) != 0)
+            return false;
+        at += n;
+        return true;
+    };
+    // Reads a CBOR unsigned argument after a header byte of major type `major`.
+    auto argument = [&](uchar major, quint64 *value) {
+        if (at >= size || (b[at] >> 5) != major)
+            return false;
+        const uchar info = b[at++] & 0x1f;
+        if (info < 24) {
+            *value = info;
+            return true;
+        }
+        const int length = info == 24 ? 1 : info == 25 ? 2 : info == 26 ? 4 : info == 27 ? 8 : 0;
+        if (length == 0 || size - at < length)
+            return false;
+        *value = 0;
+        for (int i = 0; i < length; ++i)
+            *value = (*value << 8) | b[at++];
+        return true;
+    };
+    quint64 requestId = 0;
+    quint64 dataLength = 0;
+    if (!expect("\xa2\x69requestId", 11) || !argument(0, &requestId) ||
+        requestId > static_cast<quint64>(std::numeric_limits<qint64>::max()) ||
+        !expect("\x64"
+                "data",
+                5) ||
+        !argument(2, &dataLength) || dataLength != static_cast<quint64>(size - at))
+        return std::nullopt;
+    ZEKTRequest request;
+    request.kind = Kind::fileChunk;
+    request.requestId = requestId;
+    request.data = std::move(frame.body);
+    frame.body = QByteArray();
+    request.data.remove(0, at); // drops the prefix without moving the data
+    return request;
 }

@@ -35,4 +35,9 @@ public:
         qsizetype dataOffset = 0;
     };
     static ChunkFrame fileChunkFrame(quint64 requestId, qsizetype size);
+    // The receiving side of the same layout: when `frame` is a fileChunk laid out as
+    // fileChunkFrame() writes it, its body becomes the request's data without a copy (the
+    // frame is left empty). Any other frame is untouched and gives nullopt; it still
+    // decodes through decodeRequest().
+    static std::optional<ZEKTRequest> takeFileChunk(ZEKTFrame &frame);
 };

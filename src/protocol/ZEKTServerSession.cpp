@@ -132,10 +132,17 @@ void ZEKTServerSession::protocolError(const QString &description)
     close(description, true);
 }
 
-void ZEKTServerSession::onFrame(const ZEKTFrame &frame)
+void ZEKTServerSession::onFrame(ZEKTFrame &frame)
 {
     if (m_phase == Phase::ended)
         return;
+    // Upload data keeps the frame's buffer instead of being copied out of it.
+    if (m_phase == Phase::open) {
+        if (std::optional<ZEKTRequest> chunk = ZEKTMessageCodec::takeFileChunk(frame)) {
+            fileChunk(*chunk);
+            return;
+        }
+    }
     const ZEKTMessageCodec::Decoded<ZEKTRequest> decoded = ZEKTMessageCodec::decodeRequest(frame);
     if (decoded.skipped) {
         m_context->log(tr("Skipped a frame of unknown type %1 from %2").arg(frame.type).arg(m_peer),

@@ -39,7 +39,7 @@ private:
     enum class Phase { tls, hello, login, verifying, open, ended };
 
     void encrypted();
-    void onFrame(const ZEKTFrame &frame);
+    void onFrame(ZEKTFrame &frame);
     void onHello(const ZEKTRequest &request);
     void onAuthenticate(const ZEKTRequest &request);
     void loginChecked(bool accepted);

@@ -287,7 +287,22 @@ private Q_SLOTS:
             QVERIFY2(decoded.ok(), qPrintable(decoded.error));
             QCOMPARE(decoded.value.requestId, 77u);
             QCOMPARE(decoded.value.data, QByteArray(size, 'c'));
+            ZEKTFrame frame = frames.first();
+            const auto taken = ZEKTMessageCodec::takeFileChunk(frame);
+            QVERIFY(taken);
+            QCOMPARE(taken->requestId, 77u);
+            QCOMPARE(taken->data, QByteArray(size, 'c'));
         }
+        // Another valid layout (keys in the other order) is left to the full decoder.
+        ZEKTFrame reordered =
+            rawFrame(ZEKTFrameType::fileChunk, {{"data", QByteArray("xy")}, {"requestId", 3}});
+        QVERIFY(!ZEKTMessageCodec::takeFileChunk(reordered));
+        QCOMPARE(ZEKTMessageCodec::decodeRequest(reordered).value.data, QByteArray("xy"));
+        // A length that does not match the body is not taken either.
+        ZEKTFrame cut = readAll(ZEKTMessageCodec::fileChunkFrame(1, 300).frame, 4096).first();
+        cut.body.chop(1);
+        QVERIFY(!ZEKTMessageCodec::takeFileChunk(cut));
+        QVERIFY(!ZEKTMessageCodec::decodeRequest(cut).error.isEmpty());
 
         r = {};
         r.kind = ZEKTRequest::Kind::fileEnd;
