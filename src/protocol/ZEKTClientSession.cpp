@@ -10,6 +10,7 @@
 #include "ZEKTCommandResultMessage.h"
 #include "ZEKTFileReadyMessage.h"
 #include "ZEKTIdentity.h"
+#include "ZEKTIoThreads.h"
 #include "ZEKTKnownAgents.h"
 #include "ZEKTMessageCodec.h"
 
@@ -776,7 +777,7 @@ void ZEKTClientSession::closeSocket(bool tellAgent)
         }
     }
     // The socket outlives the session long enough to flush the goodbye.
-    socket->setParent(nullptr);
+    socket->setParent(ZEKTIoThreads::keeper());
     if (m_channel)
         m_channel->setParent(socket);
     m_channel = nullptr;

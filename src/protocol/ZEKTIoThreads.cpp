@@ -7,6 +7,7 @@
 namespace {
 QMutex g_lock;
 QThread *g_threads[ZEKTIoThreads::threadCount] = {};
+QObject *g_keepers[ZEKTIoThreads::threadCount] = {};
 int g_next = 0;
 
 void stopAll()
@@ -20,6 +21,7 @@ void stopAll()
         delete thread;
         thread = nullptr;
     }
+    std::fill(std::begin(g_keepers), std::end(g_keepers), nullptr);
 }
 } // namespace
 
@@ -31,9 +33,25 @@ QThread *ZEKTIoThreads::next()
         if (std::none_of(std::begin(g_threads), std::end(g_threads),
                          [](QThread *t) { return t != nullptr; }))
             qAddPostRoutine(stopAll);
-        g_threads[index] = new QThread;
-        g_threads[index]->setObjectName(QStringLiteral("zekt-io-%1").arg(index));
-        g_threads[index]->start();
+        auto *thread = new QThread;
+        thread->setObjectName(QStringLiteral("zekt-io-%1").arg(index));
+        auto *keeper = new QObject;
+        keeper->moveToThread(thread);
+        // Emitted on the stopping thread, whose last act is to run deferred deletes.
+        QObject::connect(thread, &QThread::finished, keeper, &QObject::deleteLater,
+                         Qt::DirectConnection);
+        g_threads[index] = thread;
+        g_keepers[index] = keeper;
+        thread->start();
     }
     return g_threads[index];
+}
+
+QObject *ZEKTIoThreads::keeper()
+{
+    QMutexLocker locker(&g_lock);
+    for (int i = 0; i < threadCount; ++i)
+        if (g_threads[i] && g_threads[i] == QThread::currentThread())
+            return g_keepers[i];
+    return nullptr;
 }
