@@ -1,6 +1,7 @@
 #include "MainWindow.h"
 #include "model/ComputerJson.h"
 #include "platform/AppIdentity.h"
+#include "platform/QtAlertPresenter.h"
 #include "state/AppState.h"
 
 #include <QApplication>
@@ -35,6 +36,10 @@ int main(int argc, char *argv[])
             return 2;
         }
     }
+
+    // Session alerts (identity changes, network access) are message boxes.
+    QtAlertPresenter alertPresenter;
+    AlertPresenter::setShared(&alertPresenter);
 
     // The one state object lives for the whole process, created before any window.
     AppState appState;
