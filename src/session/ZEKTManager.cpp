@@ -398,7 +398,13 @@ void ZEKTManager::handleConnectionState(const NetworkState &state, const QUuid &
     case NetworkState::Kind::failed:
     case NetworkState::Kind::cancelled:
         QMetaObject::invokeMethod(
-            this, [this, id] { handleDisconnection(id); }, Qt::QueuedConnection);
+            this,
+            [this, id, client] {
+                // A newer attempt may have taken over meanwhile; it is not torn down.
+                if (isRegistered(id, client))
+                    handleDisconnection(id);
+            },
+            Qt::QueuedConnection);
         log(QStringLiteral("Client disconnected from server for ") + name);
         break;
     case NetworkState::Kind::ready:
