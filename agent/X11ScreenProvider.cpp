@@ -160,6 +160,18 @@ ZEKTCapturedFrame X11ScreenProvider::capture(float quality, bool skipIfUnchanged
                                              quintptr streamKey)
 {
     QMutexLocker lock(&m_mutex);
+    if (skipIfUnchanged)
+        m_streaming.insert(streamKey);
+    ZEKTCapturedFrame frame = captureLocked(quality, skipIfUnchanged, streamKey);
+    // The 8 MB shared segment is kept only while someone streams.
+    if (m_streaming.isEmpty())
+        releaseShm();
+    return frame;
+}
+
+ZEKTCapturedFrame X11ScreenProvider::captureLocked(float quality, bool skipIfUnchanged,
+                                                   quintptr streamKey)
+{
     ZEKTCapturedFrame frame;
     if (!setUpConnection()) {
         frame.error = m_x.lastError();
@@ -212,4 +224,7 @@ void X11ScreenProvider::endStream(quintptr streamKey)
     m_changes.forget(streamKey);
     QMutexLocker lock(&m_mutex);
     m_streamDamageSeen.remove(streamKey);
+    m_streaming.remove(streamKey);
+    if (m_streaming.isEmpty())
+        releaseShm();
 }

@@ -7,6 +7,7 @@
 
 #include <QHash>
 #include <QMutex>
+#include <QSet>
 
 // Captures the X11 root window through MIT-SHM (GetImage when shared memory is not
 // usable) and encodes it as JPEG. While streaming, the DAMAGE extension tells whether
@@ -26,6 +27,7 @@ private:
         int height = 0;
         int stride = 0;
     };
+    ZEKTCapturedFrame captureLocked(float quality, bool skipIfUnchanged, quintptr streamKey);
     bool setUpConnection();
     void releaseShm();
     bool grab(Image &image, QString &error);
@@ -45,6 +47,7 @@ private:
     quint8 m_damageEventBase = 0;
     quint64 m_damageCount = 1; // bumped whenever the X server reports drawing
     QHash<quintptr, quint64> m_streamDamageSeen;
+    QSet<quintptr> m_streaming; // keys that asked with skipIfUnchanged and did not end
     FrameChangeTracker m_changes;
     JpegEncoder m_encoder;
 };

@@ -13,6 +13,7 @@
 
 #include <csignal>
 #include <cstdio>
+#include <malloc.h>
 
 namespace {
 
@@ -46,6 +47,10 @@ int main(int argc, char *argv[])
     // A write past a file-size limit must fail the upload, not kill the agent.
     std::signal(SIGXFSZ, SIG_IGN);
     std::signal(SIGPIPE, SIG_IGN);
+    // Frames are large, short-lived buffers made on worker threads: a fixed mmap threshold
+    // gives them back to the system at once, and few arenas keep idle memory small.
+    mallopt(M_MMAP_THRESHOLD, 256 * 1024);
+    mallopt(M_ARENA_MAX, 2);
 
     AgentOptions options;
     QString error;

@@ -1,12 +1,28 @@
 #include "MainWindow.h"
 #include "model/ComputerJson.h"
 #include "platform/AppIdentity.h"
+#include "platform/Preferences.h"
 #include "platform/QtAlertPresenter.h"
 #include "state/AppState.h"
+#include "state/SupervisionController.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QTimer>
 #include <cstdio>
+
+namespace {
+
+// Test-only shortening of the supervision timing; anything but a positive number keeps
+// the default.
+double positiveFromEnvironment(const char *name, double fallback)
+{
+    bool ok = false;
+    const double value = qEnvironmentVariable(name).toDouble(&ok);
+    return ok && value > 0 ? value : fallback;
+}
+
+} // namespace
 
 int main(int argc, char *argv[])
 {
@@ -37,15 +53,20 @@ int main(int argc, char *argv[])
         }
     }
 
-    // Session alerts (identity changes, network access) are message boxes.
-    QtAlertPresenter alertPresenter;
-    AlertPresenter::setShared(&alertPresenter);
-
     // The one state object lives for the whole process, created before any window.
+    QtAlertPresenter alertPresenter; // outlives the state, which may still raise an alert
     AppState appState;
+    appState.zektManager().setAlertPresenter(&alertPresenter);
     if (seed && appState.computers().isEmpty())
         appState.addComputer(*seed);
+    SupervisionController supervision(
+        appState, Preferences::shared(),
+        int(positiveFromEnvironment("TELVANE_SUPERVISION_PERIOD_MS",
+                                    SupervisionController::defaultPeriodMs)),
+        positiveFromEnvironment("TELVANE_SUPERVISION_RETRY_SECONDS",
+                                SupervisionController::defaultRetryIntervalSeconds));
     MainWindow window(appState);
     window.show();
+    QTimer::singleShot(0, &supervision, &SupervisionController::mainViewAppeared);
     return app.exec();
 }

@@ -6,8 +6,11 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QLockFile>
 #include <QSettings>
+#include <QThread>
 #include <fcntl.h>
+#include <mutex>
 #include <unistd.h>
 
 namespace SettingsFiles {
@@ -66,6 +69,29 @@ void syncDurably(QSettings &settings)
     const QFileInfo info(settings.fileName());
     fsyncPath(info.absoluteFilePath());
     fsyncPath(info.absolutePath());
+}
+
+void writeSynchronized(QSettings &settings, const std::function<void(QSettings &)> &change)
+{
+    // The lock file keeps other processes out; QLockFile does not exclude threads of the
+    // same process, the mutex does.
+    static std::mutex threads;
+    const std::lock_guard threadLock(threads);
+    QLockFile lock(settings.fileName() + QStringLiteral(".writelock"));
+    // A writer killed while holding the lock leaves the file; QLockFile takes it over
+    // once that process is gone.
+    lock.setStaleLockTime(10000);
+    // Without the lock the write still happens: losing the request would be worse.
+    lock.tryLock(10000);
+    settings.sync();
+    change(settings);
+    syncDurably(settings);
+    // Margin for file systems whose time stamps are coarser than a millisecond.
+    constexpr qint64 marginMs = 10;
+    const QFileInfo info(settings.fileName());
+    const qint64 written = info.lastModified().toMSecsSinceEpoch();
+    for (int i = 0; i < 50 && QDateTime::currentMSecsSinceEpoch() <= written + marginMs; ++i)
+        QThread::msleep(1);
 }
 
 } // namespace SettingsFiles

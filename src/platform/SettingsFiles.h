@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <functional>
 #include <memory>
 
 class QSettings;
@@ -20,5 +21,13 @@ QString sharedSuitePath();
 
 // QSettings::sync() plus an fsync of the file and its folder.
 void syncDurably(QSettings &settings);
+
+// Every write of the shared suite goes through here. QSettings notices another process's
+// write only by the file's size and its modification time in milliseconds, so a write of
+// the same size within the same millisecond (one queue id replacing another) would be
+// missed and later overwritten with stale values. Writers are therefore serialised by a
+// lock file, re-read the file before `change` runs, and keep the lock until the clock has
+// moved past their write's time stamp.
+void writeSynchronized(QSettings &settings, const std::function<void(QSettings &)> &change);
 
 } // namespace SettingsFiles

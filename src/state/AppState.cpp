@@ -1,5 +1,6 @@
 #include "AppState.h"
 
+#include "automation/PendingActionQueue.h"
 #include "model/ComputerJson.h"
 #include "model/LogManager.h"
 #include "model/UuidText.h"
@@ -10,6 +11,7 @@
 #include "platform/SharedSuiteWatcher.h"
 #include "session/ZEKTManager.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -26,6 +28,11 @@ struct AppState::PendingSave {
 };
 
 namespace {
+
+// How long a queued remote-control or upload request waits for its session, and the
+// rate a queued remote control streams at.
+constexpr double queuedConnectionWait = 60.0;
+constexpr double queuedRemoteControlFrameRate = 5.0;
 
 QString boolText(bool value)
 {
@@ -59,7 +66,8 @@ QString thumbnailPath(const QString &directory, const QUuid &id)
 
 } // namespace
 
-AppState::AppState(std::unique_ptr<ZEKTManager> manager, QObject *parent)
+AppState::AppState(std::unique_ptr<ZEKTManager> manager, QObject *parent,
+                   bool consumesPendingActions)
     : QObject(parent), appGroupIdentifier(QLatin1String(AppIdentity::appGroupIdentifier)),
       computersKey(QStringLiteral("remoteComputers")),
       m_zektManager(manager ? std::move(manager) : std::make_unique<ZEKTManager>()),
@@ -68,7 +76,12 @@ AppState::AppState(std::unique_ptr<ZEKTManager> manager, QObject *parent)
           QLatin1String(AppIdentity::applicationIdentifier) + QStringLiteral(".persistence"))),
       m_thumbnailQueue(std::make_unique<SerialQueue>(
           QLatin1String(AppIdentity::applicationIdentifier) + QStringLiteral(".thumbnails"))),
-      m_pendingSave(std::make_shared<PendingSave>())
+      m_pendingSave(std::make_shared<PendingSave>()),
+      m_pendingActionsQueue(std::make_unique<SerialQueue>(
+          QLatin1String(AppIdentity::applicationIdentifier) + QStringLiteral(".pendingActions"))),
+      m_pendingActionsReadScheduled(std::make_shared<std::atomic<bool>>(false)),
+      m_isGone(std::make_shared<std::atomic<bool>>(false)),
+      m_consumesPendingActions(consumesPendingActions)
 {
     m_sharedUserDefaults = SettingsFiles::openSharedSuite();
     if (!m_sharedUserDefaults)
@@ -90,6 +103,7 @@ AppState::AppState(std::unique_ptr<ZEKTManager> manager, QObject *parent)
 
 AppState::~AppState()
 {
+    m_isGone->store(true);
     m_defaultsObserver.reset();
     LogManager::shared().log(QStringLiteral("AppState deinitialized"), QStringLiteral("MEMORY"));
 }
@@ -223,8 +237,8 @@ void AppState::saveComputers()
         std::unique_ptr<QSettings> suite = SettingsFiles::openSharedSuite();
         if (!suite)
             suite = SettingsFiles::openStandard();
-        suite->setValue(key, data);
-        SettingsFiles::syncDurably(*suite);
+        SettingsFiles::writeSynchronized(
+            *suite, [&](QSettings &settings) { settings.setValue(key, data); });
     });
 }
 
@@ -268,8 +282,8 @@ void AppState::migrateLegacyComputersIfNeeded()
                                  QStringLiteral("ERROR"));
         return;
     }
-    m_sharedUserDefaults->setValue(computersKey, data);
-    SettingsFiles::syncDurably(*m_sharedUserDefaults);
+    SettingsFiles::writeSynchronized(
+        *m_sharedUserDefaults, [&](QSettings &settings) { settings.setValue(computersKey, data); });
     LogManager::shared().log(
         QStringLiteral("Migrated %1 computers from legacy user defaults to the "
                        "shared app group")
@@ -351,6 +365,7 @@ void AppState::waitForPendingWrites()
 {
     m_thumbnailQueue->waitUntilIdle();
     m_persistenceQueue->waitUntilIdle();
+    m_pendingActionsQueue->waitUntilIdle();
 }
 
 // --- Upload display state -------------------------------------------------------------
@@ -438,6 +453,21 @@ void AppState::setUploadDisplayDurationsForTesting(int outcomeMs, int cancelMs)
 
 // --- Supervision and automation --------------------------------------------------------
 
+void AppState::setClockForTesting(std::function<QDateTime()> clock)
+{
+    m_clock = std::move(clock);
+}
+
+void AppState::setConnectionPollIntervalForTesting(int milliseconds)
+{
+    m_connectionPollIntervalMs = milliseconds;
+}
+
+QDateTime AppState::now() const
+{
+    return m_clock ? m_clock() : QDateTime::currentDateTimeUtc();
+}
+
 bool AppState::shouldAutoConnect(const RemoteComputer &computer, const QDateTime &now,
                                  double minimumRetryInterval) const
 {
@@ -452,10 +482,11 @@ bool AppState::shouldAutoConnect(const RemoteComputer &computer, const QDateTime
 
 void AppState::autoConnectDisconnectedComputers(double minimumRetryInterval)
 {
-    const QDateTime now = QDateTime::currentDateTimeUtc();
+    // One timestamp for the whole pass.
+    const QDateTime passTime = now();
     QList<RemoteComputer> selected;
     for (const RemoteComputer &computer : m_computers) {
-        if (shouldAutoConnect(computer, now, minimumRetryInterval))
+        if (shouldAutoConnect(computer, passTime, minimumRetryInterval))
             selected.append(computer);
     }
     if (selected.isEmpty())
@@ -465,12 +496,140 @@ void AppState::autoConnectDisconnectedComputers(double minimumRetryInterval)
             .arg(selected.size()),
         QStringLiteral("CONNECT"));
     for (const RemoteComputer &computer : selected) {
-        m_lastAutoConnectAttempts.insert(computer.id, now);
+        m_lastAutoConnectAttempts.insert(computer.id, passTime);
         m_zektManager->connectToComputer(computer);
     }
 }
 
+void AppState::waitForConnection(const QUuid &id, double timeout,
+                                 std::function<void(bool)> completion)
+{
+    struct Wait {
+        QDateTime deadline;
+        std::function<void(bool)> completion;
+        bool isDone = false;
+    };
+    auto wait = std::make_shared<Wait>(
+        Wait{now().addMSecs(qint64(timeout * 1000.0)), std::move(completion)});
+    // The timer belongs to this object: when the store goes, the wait goes with it.
+    auto *timer = new QTimer(this);
+    QPointer<AppState> self(this);
+    const int pollMs = m_connectionPollIntervalMs;
+    connect(timer, &QTimer::timeout, this, [self, timer, id, wait, pollMs] {
+        if (!self || wait->isDone)
+            return;
+        std::optional<bool> outcome;
+        if (self->now() < wait->deadline) {
+            const std::optional<RemoteComputer> record = self->computer(id);
+            if (record && record->isConnected)
+                outcome = true;
+            // This relies on connectToComputer marking the computer connecting at once:
+            // an error left over from an earlier attempt must not end the wait.
+            else if (record && !record->isConnecting && record->lastError &&
+                     !record->lastError->isEmpty())
+                outcome = false;
+        } else {
+            outcome = false;
+        }
+        if (!outcome) {
+            if (timer->interval() != pollMs)
+                timer->start(pollMs);
+            return;
+        }
+        wait->isDone = true;
+        timer->stop();
+        timer->deleteLater();
+        wait->completion(*outcome);
+    });
+    // The first look comes from the event loop, after the caller's own work is done.
+    timer->start(0);
+}
+
 void AppState::processPendingActions()
 {
-    // The pending-action queue of the shared suite is consumed by the automation layer.
+    if (!m_consumesPendingActions || m_pendingActionsReadScheduled->exchange(true))
+        return;
+    QPointer<AppState> self(this);
+    auto scheduled = m_pendingActionsReadScheduled;
+    auto gone = m_isGone;
+    m_pendingActionsQueue->enqueue([self, scheduled, gone] {
+        scheduled->store(false);
+        if (gone->load())
+            return;
+        // The queue lives in the shared suite only; without it nothing can be queued.
+        std::unique_ptr<QSettings> suite = SettingsFiles::openSharedSuite();
+        if (!suite)
+            return;
+        const PendingActions actions = PendingActionQueue::take(*suite);
+        if (actions.isEmpty())
+            return;
+        QMetaObject::invokeMethod(
+            QCoreApplication::instance(),
+            [self, actions] {
+                if (self)
+                    self->carryOut(actions);
+            },
+            Qt::QueuedConnection);
+    });
+}
+
+void AppState::carryOut(const PendingActions &actions)
+{
+    // Each step looks the record up again: an earlier step may have changed it.
+    // Requests for computers no longer in the list are dropped without a word.
+    if (actions.connection) {
+        if (const auto record = computer(*actions.connection))
+            m_zektManager->connectToComputer(*record);
+    }
+    if (actions.disconnection) {
+        if (const auto record = computer(*actions.disconnection))
+            m_zektManager->disconnectFromComputer(*record);
+    }
+    QPointer<AppState> self(this);
+    if (actions.remoteControl) {
+        if (const auto record = computer(*actions.remoteControl)) {
+            setSelectedItem(NavigationItem::computer(record->id));
+            m_zektManager->connectToComputer(*record);
+            const RemoteComputer held = *record;
+            waitForConnection(held.id, queuedConnectionWait, [self, held](bool isConnected) {
+                if (!self)
+                    return;
+                if (!isConnected) {
+                    LogManager::shared().log(
+                        QStringLiteral("Timed out waiting for connection before starting remote "
+                                       "control for ") +
+                            held.displayName(),
+                        QStringLiteral("ERROR"));
+                    return;
+                }
+                self->m_zektManager->startRemoteControlStreaming(
+                    self->computer(held.id).value_or(held), queuedRemoteControlFrameRate);
+            });
+        }
+    }
+    if (actions.stopRemoteControl) {
+        if (const auto record = computer(*actions.stopRemoteControl))
+            m_zektManager->stopRemoteControlStreaming(*record);
+    }
+    if (actions.fileUpload) {
+        const PendingActions::Upload upload = *actions.fileUpload;
+        if (const auto record = computer(upload.computerId)) {
+            m_zektManager->connectToComputer(*record);
+            const RemoteComputer held = *record;
+            waitForConnection(
+                held.id, queuedConnectionWait, [self, held, upload](bool isConnected) {
+                    if (!self)
+                        return;
+                    if (!isConnected) {
+                        // The staged copy stays; only a finished transfer deletes it.
+                        self->completeFileTransfer(QStringLiteral("Unable to connect to ") +
+                                                   held.displayName() +
+                                                   QStringLiteral(" for file upload"));
+                        return;
+                    }
+                    self->m_zektManager->sendFileTransfer(self->computer(held.id).value_or(held),
+                                                          upload.filePath, upload.fileName, true);
+                });
+        }
+    }
 }

@@ -9,12 +9,14 @@
 #include <QList>
 #include <QObject>
 #include <QUuid>
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <optional>
 
 class QSettings;
 class SerialQueue;
+struct PendingActions;
 class SharedSuiteWatcher;
 
 // The application's one long-lived state: the configured computers and their
@@ -25,7 +27,10 @@ class AppState : public QObject {
 
 public:
     // `manager` replaces the session manager (tests); by default a real one is made.
-    explicit AppState(std::unique_ptr<ZEKTManager> manager = nullptr, QObject *parent = nullptr);
+    // A store made with `consumesPendingActions` false leaves the automation queue alone
+    // (a second writer of the suite in stress tests).
+    explicit AppState(std::unique_ptr<ZEKTManager> manager = nullptr, QObject *parent = nullptr,
+                      bool consumesPendingActions = true);
     ~AppState() override;
 
     const QString appGroupIdentifier;
@@ -69,11 +74,21 @@ public:
     void cancelFileTransfer();
     void setUploadDisplayDurationsForTesting(int outcomeMs, int cancelMs);
 
-    // Supervision and automation.
+    // Supervision and automation. Intervals and time-outs are in seconds.
     bool shouldAutoConnect(const RemoteComputer &computer, const QDateTime &now,
                            double minimumRetryInterval) const;
     void autoConnectDisconnectedComputers(double minimumRetryInterval);
+    // Polls the record every 250 ms without blocking; `completion` runs later on the main
+    // thread with true once the computer is connected, false when its attempt has failed
+    // or the time-out passed. Not called at all if this object is gone by then.
+    void waitForConnection(const QUuid &id, double timeout, std::function<void(bool)> completion);
+    // Reads the queue off the main thread; the requests are then carried out here.
     void processPendingActions();
+
+    // Time source of supervision and waits (UTC); tests substitute a fake clock.
+    void setClockForTesting(std::function<QDateTime()> clock);
+    void setConnectionPollIntervalForTesting(int milliseconds);
+    QDateTime now() const;
 
     // Blocks until every requested save and thumbnail write has reached the disk.
     // Tests and benchmarks only.
@@ -89,6 +104,7 @@ private:
     void migrateLegacyComputersIfNeeded();
     void loadThumbnails();
     void removeOrphanedThumbnails();
+    void carryOut(const PendingActions &actions);
     void writeComputers(QList<RemoteComputer> computers);
     int indexOf(const QUuid &id) const;
 
@@ -108,8 +124,18 @@ private:
     std::unique_ptr<SerialQueue> m_thumbnailQueue;
     std::unique_ptr<SharedSuiteWatcher> m_defaultsObserver;
     QHash<QUuid, QDateTime> m_lastAutoConnectAttempts;
+    std::function<QDateTime()> m_clock;
+    int m_connectionPollIntervalMs = 250;
 
     // Saves not yet started are folded into the newest one (the last save wins).
     struct PendingSave;
     std::shared_ptr<PendingSave> m_pendingSave;
+
+    std::unique_ptr<SerialQueue> m_pendingActionsQueue;
+    // A read not yet started covers every later request; cleared by the read itself.
+    std::shared_ptr<std::atomic<bool>> m_pendingActionsReadScheduled;
+    // Set when this object goes, so that a queued read does not consume requests that
+    // nobody would carry out.
+    std::shared_ptr<std::atomic<bool>> m_isGone;
+    bool m_consumesPendingActions = true;
 };

@@ -3,10 +3,36 @@
 #include "state/AppState.h"
 #include "ui/ComputerTableModel.h"
 
+#include <QAction>
 #include <QFile>
 #include <QSignalSpy>
 #include <QTableView>
 #include <QTest>
+
+namespace {
+
+// Records what the window asks of the session layer.
+class RecordingManager : public ZEKTManager {
+public:
+    QStringList calls;
+    void connectToComputer(const RemoteComputer &c) override { calls << "connect " + c.host; }
+    void disconnectFromComputer(const RemoteComputer &c) override
+    {
+        calls << "disconnect " + c.host;
+    }
+    void requestManualPreview(const RemoteComputer &c) override { calls << "preview " + c.host; }
+};
+
+QAction *action(QWidget &window, const QString &text)
+{
+    for (QAction *a : window.findChildren<QAction *>()) {
+        if (a->text() == text)
+            return a;
+    }
+    return nullptr;
+}
+
+} // namespace
 
 class MainWindowTest : public QObject {
     Q_OBJECT
@@ -55,6 +81,34 @@ private Q_SLOTS:
         state.removeComputer(named.id);
         QCOMPARE(model->rowCount(), 1);
         QVERIFY(!window.grab().isNull());
+        state.waitForPendingWrites();
+    }
+
+    void actionsFollowTheSelectedComputer()
+    {
+        QFile::remove(SettingsFiles::sharedSuitePath());
+        auto manager = std::make_unique<RecordingManager>();
+        RecordingManager *calls = manager.get();
+        AppState state(std::move(manager));
+        RemoteComputer computer;
+        computer.host = QStringLiteral("lab.local");
+        state.addComputer(computer);
+        MainWindow window(state);
+        QAction *connectAction = action(window, QStringLiteral("Connect"));
+        QAction *disconnectAction = action(window, QStringLiteral("Disconnect"));
+        QAction *previewAction = action(window, QStringLiteral("Refresh Preview"));
+        QVERIFY(connectAction && disconnectAction && previewAction);
+        QVERIFY(!connectAction->isEnabled()); // nothing selected
+
+        window.findChild<QTableView *>()->selectRow(0);
+        QVERIFY(connectAction->isEnabled() && !disconnectAction->isEnabled());
+        connectAction->trigger();
+        state.updateConnectionStatus(computer.id, true);
+        QVERIFY(!connectAction->isEnabled() && previewAction->isEnabled());
+        previewAction->trigger();
+        disconnectAction->trigger();
+        QCOMPARE(calls->calls,
+                 (QStringList{"connect lab.local", "preview lab.local", "disconnect lab.local"}));
         state.waitForPendingWrites();
     }
 };

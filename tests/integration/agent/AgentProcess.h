@@ -20,6 +20,7 @@ public:
     bool start(const QStringList &args, std::function<void()> childSetup = {},
                const QProcessEnvironment &environment = QProcessEnvironment::systemEnvironment());
     quint16 port() const { return m_port; }
+    qint64 processId() const { return m_process.processId(); }
     QStringList lines();
     // Waits until a line containing `text` appears; true when it did.
     bool waitForLine(const QString &text, int timeoutMs = 10000);

@@ -1,0 +1,302 @@
+// Agent benchmark: capture + encode of a changing 1920x1080 Xvfb screen next to x11vnc
+// serving the same screen, a still screen streamed at 30 FPS, and an idle agent with 10
+// sessions receiving statistics. Prints its figures; run by hand (see docs/benchmarks.md).
+#include "AgentProcess.h"
+#include "ProtocolTestKit.h"
+#include "RfbClient.h"
+#include "X11ScreenProvider.h"
+#include "XvfbServer.h"
+
+#include "ScreenCaptureMessage.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QThread>
+
+#include <xcb/xcb.h>
+
+#include <atomic>
+#include <cstdio>
+#include <ctime>
+#include <thread>
+#include <unistd.h>
+
+namespace {
+
+double threadCpuSeconds()
+{
+    timespec ts{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &ts);
+    return double(ts.tv_sec) + double(ts.tv_nsec) / 1e9;
+}
+
+double processCpuSeconds(qint64 pid)
+{
+    QFile stat(QStringLiteral("/proc/%1/stat").arg(pid));
+    if (!stat.open(QIODevice::ReadOnly))
+        return 0;
+    const QByteArray text = stat.readAll();
+    const QList<QByteArray> fields = text.mid(text.lastIndexOf(')') + 2).split(' ');
+    return double(fields.value(11).toLongLong() + fields.value(12).toLongLong()) /
+           double(sysconf(_SC_CLK_TCK));
+}
+
+double residentMegabytes(qint64 pid)
+{
+    QFile status(QStringLiteral("/proc/%1/status").arg(pid));
+    if (!status.open(QIODevice::ReadOnly))
+        return 0;
+    for (const QByteArray &line : status.readAll().split('\n')) {
+        if (line.startsWith("VmRSS:"))
+            return line.mid(6).trimmed().split(' ').first().toDouble() / 1024.0;
+    }
+    return 0;
+}
+
+// Keeps the screen changing: a textured image scrolled across a full-screen window,
+// copied inside the X server so the animation costs this process next to nothing.
+class Animator {
+public:
+    void start()
+    {
+        m_running = true;
+        m_thread = std::thread([this] { run(); });
+    }
+    void stop()
+    {
+        m_running = false;
+        if (m_thread.joinable())
+            m_thread.join();
+    }
+
+private:
+    void run()
+    {
+        xcb_connection_t *c = xcb_connect(nullptr, nullptr);
+        xcb_screen_t *s = xcb_setup_roots_iterator(xcb_get_setup(c)).data;
+        const int w = s->width_in_pixels, h = s->height_in_pixels;
+        const xcb_window_t win = xcb_generate_id(c);
+        const quint32 values[] = {1};
+        xcb_create_window(c, XCB_COPY_FROM_PARENT, win, s->root, 0, 0, quint16(w), quint16(h), 0,
+                          XCB_WINDOW_CLASS_INPUT_OUTPUT, s->root_visual, XCB_CW_OVERRIDE_REDIRECT,
+                          values);
+        xcb_map_window(c, win);
+        const xcb_pixmap_t pixmap = xcb_generate_id(c);
+        xcb_create_pixmap(c, s->root_depth, pixmap, win, quint16(w), quint16(h));
+        const xcb_gcontext_t gc = xcb_generate_id(c);
+        xcb_create_gc(c, gc, pixmap, 0, nullptr);
+        // Photo-like texture: gradients with noise, so JPEG has real work to do.
+        QByteArray rows(w * 4 * 32, '\0');
+        quint32 seed = 12345;
+        for (int y0 = 0; y0 < h; y0 += 32) {
+            auto *p = reinterpret_cast<quint32 *>(rows.data());
+            for (int y = 0; y < 32; ++y)
+                for (int x = 0; x < w; ++x) {
+                    seed = seed * 1664525u + 1013904223u;
+                    const int n = int(seed >> 27);
+                    const int yy = y0 + y;
+                    p[y * w + x] =
+                        quint32(((x * 255 / w + n) & 255) << 16 | ((yy * 255 / h + n) & 255) << 8 |
+                                (((x + yy) * 127 / (w + h) + (x / 64 + yy / 64) % 2 * 100) & 255));
+                }
+            xcb_put_image(c, XCB_IMAGE_FORMAT_Z_PIXMAP, pixmap, gc, quint16(w), 32, 0, qint16(y0),
+                          0, s->root_depth, quint32(rows.size()),
+                          reinterpret_cast<const uint8_t *>(rows.constData()));
+        }
+        int frame = 0;
+        while (m_running) {
+            const int dx = (frame * 13) % w;
+            xcb_copy_area(c, pixmap, win, gc, qint16(dx), 0, 0, 0, quint16(w - dx), quint16(h));
+            if (dx > 0)
+                xcb_copy_area(c, pixmap, win, gc, 0, 0, qint16(w - dx), 0, quint16(dx), quint16(h));
+            std::free(xcb_get_input_focus_reply(c, xcb_get_input_focus(c), nullptr));
+            ++frame;
+            QThread::msleep(16);
+        }
+        xcb_destroy_window(c, win);
+        xcb_free_pixmap(c, pixmap);
+        xcb_disconnect(c);
+    }
+    std::atomic<bool> m_running{false};
+    std::thread m_thread;
+};
+
+void captureFigures(double seconds)
+{
+    X11ScreenProvider provider;
+    provider.capture(0.5f, false, 1); // connect and set up shared memory
+    // As fast as it goes: every call captures and encodes.
+    int frames = 0, unchanged = 0;
+    qint64 bytes = 0;
+    QElapsedTimer clock;
+    clock.start();
+    const double cpu0 = threadCpuSeconds();
+    while (clock.elapsed() < qint64(seconds * 1000)) {
+        const ZEKTCapturedFrame f = provider.capture(0.5f, false, 1);
+        if (f.status == ZEKTCapturedFrame::Status::ok) {
+            ++frames;
+            bytes += f.imageData.size();
+        } else {
+            ++unchanged;
+        }
+    }
+    const double cpu = threadCpuSeconds() - cpu0;
+    const double wall = double(clock.elapsed()) / 1000.0;
+    std::printf(
+        "agent capture+encode, unpaced: %.1f FPS, %.1f ms CPU per frame, %.0f KB per frame\n",
+        frames / wall, 1000.0 * cpu / qMax(1, frames), double(bytes) / qMax(1, frames) / 1024.0);
+    Q_UNUSED(unchanged);
+
+    // Paced at 30 FPS, as a stream would be.
+    frames = 0;
+    clock.restart();
+    const double cpu1 = threadCpuSeconds();
+    for (int i = 0; clock.elapsed() < qint64(seconds * 1000); ++i) {
+        if (provider.capture(0.5f, true, 2).status == ZEKTCapturedFrame::Status::ok)
+            ++frames;
+        const qint64 next = qint64((i + 1) * 1000.0 / 30.0);
+        if (next > clock.elapsed())
+            QThread::msleep(quint64(next - clock.elapsed()));
+    }
+    const double paced = threadCpuSeconds() - cpu1;
+    std::printf("agent capture+encode at 30 FPS: %.1f FPS delivered, %.3f of a core\n",
+                frames / (double(clock.elapsed()) / 1000.0),
+                paced / (double(clock.elapsed()) / 1000.0));
+}
+
+void x11vncFigures(double seconds, int qualityLevel)
+{
+    const quint16 port = quint16(20000 + getpid() % 20000);
+    QProcess vnc;
+    vnc.setProcessChannelMode(QProcess::MergedChannels);
+    vnc.start(QStringLiteral("x11vnc"),
+              {QStringLiteral("-display"), qEnvironmentVariable("DISPLAY"),
+               QStringLiteral("-rfbport"), QString::number(port), QStringLiteral("-localhost"),
+               QStringLiteral("-nopw"), QStringLiteral("-shared"), QStringLiteral("-forever"),
+               QStringLiteral("-quiet")});
+    if (!vnc.waitForStarted(5000)) {
+        std::printf("x11vnc: not installed, no comparison\n");
+        return;
+    }
+    RfbClient client;
+    QString error;
+    bool connected = false;
+    for (int attempt = 0; attempt < 50 && !connected; ++attempt) {
+        QThread::msleep(200);
+        connected = client.connect(port, qualityLevel, &error);
+    }
+    if (!connected) {
+        std::printf("x11vnc: %s\n", qPrintable(error));
+        vnc.kill();
+        vnc.waitForFinished();
+        return;
+    }
+    client.receiveFullUpdates(2.0, &error); // warm-up
+    const double cpu0 = processCpuSeconds(vnc.processId());
+    QElapsedTimer clock;
+    clock.start();
+    const int updates = client.receiveFullUpdates(seconds, &error);
+    const double cpu = processCpuSeconds(vnc.processId()) - cpu0;
+    const double wall = double(clock.elapsed()) / 1000.0;
+    std::printf("x11vnc full updates (Tight, JPEG quality level %d): %.1f FPS, %.1f ms CPU per "
+                "frame, %.2f of a core%s%s\n",
+                qualityLevel, updates / wall, 1000.0 * cpu / qMax(1, updates), cpu / wall,
+                error.isEmpty() ? "" : ", stopped: ", qPrintable(error));
+    vnc.terminate();
+    if (!vnc.waitForFinished(5000))
+        vnc.kill();
+    vnc.waitForFinished();
+}
+
+void agentFigures(const QString &workDir, double seconds)
+{
+    const QString credentials = workDir + QStringLiteral("/credentials");
+    AgentProcess::setPassword(credentials, QStringLiteral("bench"), QStringLiteral("bench"));
+    AgentProcess agent(workDir);
+    if (!agent.start({QStringLiteral("--bind"), QStringLiteral("127.0.0.1"),
+                      QStringLiteral("--port"), QStringLiteral("0"),
+                      QStringLiteral("--credentials-file"), credentials,
+                      QStringLiteral("--uploads-dir"), workDir + QStringLiteral("/up")})) {
+        std::printf("agent: did not start\n");
+        return;
+    }
+    const qint64 agentPid = agent.processId();
+
+    auto makeClient = [&](std::atomic<int> *frames) {
+        auto c = ZEKTClient::create(QStringLiteral("127.0.0.1"), agent.port());
+        c->setOnServerIdentityMismatch([](const QString &, const QString &) { return true; });
+        c->setMessageHandler([frames](const ZEKTMessagePtr &m) {
+            if (frames && dynamic_cast<const ScreenCaptureMessage *>(m.get()))
+                ++*frames;
+        });
+        if (!settle(c->connect()).isEmpty() ||
+            !settle(c->authenticate(QStringLiteral("bench"), QStringLiteral("bench")), 30000)
+                 .isEmpty())
+            return std::shared_ptr<ZEKTClient>();
+        return c;
+    };
+
+    // A still screen streamed at 30 FPS: only the first frame should go out.
+    std::atomic<int> frames{0};
+    auto streamer = makeClient(&frames);
+    if (!streamer) {
+        std::printf("agent: login failed\n");
+        return;
+    }
+    settle(streamer->startContinuousStreaming(1, 0.5f, 30.0));
+    QTest::qWait(1000);
+    double cpu0 = processCpuSeconds(agentPid);
+    const int before = frames;
+    QTest::qWait(int(seconds * 1000));
+    double cpu = processCpuSeconds(agentPid) - cpu0;
+    std::printf("agent streaming a still screen at 30 FPS: %d frame(s) in total, %d during %.0f s, "
+                "%.4f of a core\n",
+                int(frames), frames - before, seconds, cpu / seconds);
+    settle(streamer->stopContinuousStreaming());
+    streamer->disconnect();
+
+    // Ten sessions receiving statistics (every 5 s).
+    std::vector<std::shared_ptr<ZEKTClient>> sessions;
+    for (int i = 0; i < 10; ++i)
+        if (auto c = makeClient(nullptr))
+            sessions.push_back(c);
+    QTest::qWait(2000);
+    cpu0 = processCpuSeconds(agentPid);
+    QTest::qWait(int(seconds * 2 * 1000));
+    cpu = processCpuSeconds(agentPid) - cpu0;
+    std::printf("agent idle with %zu authenticated sessions: %.4f of a core, %.1f MB resident\n",
+                sessions.size(), cpu / (seconds * 2), residentMegabytes(agentPid));
+    for (auto &c : sessions)
+        c->disconnect();
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QCoreApplication app(argc, argv);
+    const double seconds = argc > 1 ? std::max(1.0, QByteArray(argv[1]).toDouble()) : 10.0;
+    XvfbServer xvfb;
+    if (!XvfbServer::available() || !xvfb.start(1920, 1080)) {
+        std::printf("Xvfb is not available; nothing measured\n");
+        return 1;
+    }
+    qputenv("DISPLAY", xvfb.display().toLocal8Bit());
+    qunsetenv("XDG_SESSION_TYPE");
+    std::printf("1920x1080 Xvfb %s, quality 0.5, %.0f s per figure, %d cores\n",
+                qPrintable(xvfb.display()), seconds, QThread::idealThreadCount());
+
+    Animator animator;
+    animator.start();
+    QThread::msleep(500);
+    captureFigures(seconds);
+    x11vncFigures(seconds, 3);
+    x11vncFigures(seconds, 6);
+    animator.stop();
+
+    QTemporaryDir work;
+    agentFigures(work.path(), seconds);
+    return 0;
+}

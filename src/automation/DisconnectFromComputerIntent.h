@@ -1,0 +1,14 @@
+#pragma once
+
+#include "IntentDescription.h"
+#include "IntentParameters.h"
+#include "IntentResult.h"
+
+class SharedAppState;
+
+// Queues a disconnection for the console to carry out.
+class DisconnectFromComputerIntent {
+public:
+    static IntentDescription description();
+    static IntentResult perform(SharedAppState &state, const IntentParameters &parameters);
+};

@@ -1,0 +1,139 @@
+#include "SharedAppState.h"
+
+#include "AppIntentUploadError.h"
+#include "PendingActionKeys.h"
+#include "model/ComputerJson.h"
+#include "model/UuidText.h"
+#include "platform/AppIdentity.h"
+#include "platform/AppPaths.h"
+#include "platform/SettingsFiles.h"
+#include "protocol/ZEKT.h"
+
+#include <QDir>
+#include <QFile>
+#include <QSettings>
+#include <QVariantMap>
+#include <cerrno>
+#include <cstring>
+#include <sys/stat.h>
+
+namespace {
+
+QList<RemoteComputer> readList(QSettings *settings, const QString &key)
+{
+    if (!settings)
+        return {};
+    const QVariant blob = settings->value(key);
+    if (!blob.isValid())
+        return {};
+    return ComputerJson::decodeList(blob.toByteArray()).value_or(QList<RemoteComputer>{});
+}
+
+Error posixError(int code, const QString &path)
+{
+    return Error{QStringLiteral("POSIX"), code,
+                 QString::fromLocal8Bit(std::strerror(code)) + QStringLiteral(": ") + path};
+}
+
+} // namespace
+
+SharedAppState::SharedAppState()
+    : SharedAppState(SettingsFiles::openSharedSuite(), SettingsFiles::openStandard(),
+                     AppPaths::sharedContainerDirectory())
+{
+}
+
+SharedAppState::SharedAppState(std::unique_ptr<QSettings> userDefaults,
+                               std::unique_ptr<QSettings> legacyUserDefaults,
+                               QString sharedContainer)
+    : suiteName(QLatin1String(AppIdentity::appGroupIdentifier)),
+      computersKey(QStringLiteral("remoteComputers")), m_userDefaults(std::move(userDefaults)),
+      m_legacyUserDefaults(std::move(legacyUserDefaults)),
+      m_sharedContainer(std::move(sharedContainer))
+{
+}
+
+SharedAppState::~SharedAppState() = default;
+
+QList<RemoteComputer> SharedAppState::loadComputers()
+{
+    if (!m_userDefaults)
+        return {};
+    m_userDefaults->sync();
+    if (m_legacyUserDefaults && readList(m_userDefaults.get(), computersKey).isEmpty()) {
+        const QList<RemoteComputer> legacy = readList(m_legacyUserDefaults.get(), computersKey);
+        if (!legacy.isEmpty()) {
+            const QByteArray data = ComputerJson::encodeList(legacy);
+            if (!data.isEmpty()) {
+                SettingsFiles::writeSynchronized(*m_userDefaults, [&](QSettings &settings) {
+                    settings.setValue(computersKey, data);
+                });
+            }
+        }
+    }
+    return readList(m_userDefaults.get(), computersKey);
+}
+
+std::optional<RemoteComputer> SharedAppState::findComputer(const QString &named)
+{
+    const QList<RemoteComputer> computers = loadComputers();
+    for (const RemoteComputer &computer : computers) {
+        if (computer.displayName().contains(named, Qt::CaseInsensitive))
+            return computer;
+    }
+    return std::nullopt;
+}
+
+QString SharedAppState::uploadDirectory() const
+{
+    if (m_sharedContainer.isEmpty())
+        return {};
+    return QDir(m_sharedContainer).filePath(QStringLiteral("AppIntentUploads"));
+}
+
+std::optional<Error> SharedAppState::stageUpload(const QString &sourcePath, const QString &fileName,
+                                                 const QUuid &computerID)
+{
+    struct stat info {};
+    if (::stat(QFile::encodeName(sourcePath).constData(), &info) != 0)
+        return posixError(errno, sourcePath);
+    if (!S_ISREG(info.st_mode) || info.st_size < 1)
+        return AppIntentUploadError::make(AppIntentUploadError::notANonEmptyRegularFile);
+    if (qint64(info.st_size) > ZEKT::maxFileTransferSize)
+        return AppIntentUploadError::make(AppIntentUploadError::exceedsTransferLimit);
+
+    const QString directory = uploadDirectory();
+    if (directory.isEmpty())
+        return AppIntentUploadError::make(AppIntentUploadError::sharedDirectoryUnavailable);
+    const QString destination = QDir(directory).filePath(QStringLiteral("appintents_upload_") +
+                                                         UuidText::format(QUuid::createUuid()));
+    if (!QDir().mkpath(directory))
+        return posixError(errno ? errno : EACCES, directory);
+
+    QFile source(sourcePath);
+    if (!source.copy(destination)) {
+        // QFile::copy leaves no partial destination behind.
+        return Error{QStringLiteral("QFileDevice"), int(source.error()),
+                     source.errorString() + QStringLiteral(": ") + sourcePath};
+    }
+
+    QVariantMap entry;
+    entry.insert(QLatin1String(PendingActionKeys::uploadFileURL), destination);
+    entry.insert(QLatin1String(PendingActionKeys::uploadFileName), fileName);
+    entry.insert(QLatin1String(PendingActionKeys::uploadComputerId), UuidText::format(computerID));
+    writeQueueEntry(QLatin1String(PendingActionKeys::fileUpload), entry);
+    return std::nullopt;
+}
+
+void SharedAppState::queueComputerAction(const char *key, const QUuid &computerID)
+{
+    writeQueueEntry(QLatin1String(key), UuidText::format(computerID));
+}
+
+void SharedAppState::writeQueueEntry(const QString &key, const QVariant &value)
+{
+    if (!m_userDefaults)
+        return;
+    SettingsFiles::writeSynchronized(*m_userDefaults,
+                                     [&](QSettings &settings) { settings.setValue(key, value); });
+}

@@ -1,0 +1,115 @@
+// telvanectl as the shell sees it: exit status, what goes to stdout and to stderr.
+
+#include "automation/PendingActionKeys.h"
+#include "model/ComputerJson.h"
+#include "model/UuidText.h"
+#include "platform/SettingsFiles.h"
+
+#include <QProcess>
+#include <QSettings>
+#include <QtTest>
+
+namespace {
+
+struct Run {
+    int exitCode = -1;
+    QString out;
+    QString err;
+};
+
+Run telvanectl(const QStringList &arguments)
+{
+    QProcess process;
+    process.start(QStringLiteral(TELVANECTL_PATH), arguments);
+    if (!process.waitForFinished(30000) || process.exitStatus() != QProcess::NormalExit)
+        qFatal("telvanectl did not finish");
+    return Run{process.exitCode(), QString::fromLocal8Bit(process.readAllStandardOutput()),
+               QString::fromLocal8Bit(process.readAllStandardError())};
+}
+
+} // namespace
+
+class TelvanectlTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        m_alpha.name = QStringLiteral("Alpha Studio");
+        m_alpha.host = QStringLiteral("alpha.local");
+        RemoteComputer unnamed;
+        unnamed.host = QStringLiteral("beta.local");
+        const auto suite = SettingsFiles::openSharedSuite();
+        suite->setValue("remoteComputers", ComputerJson::encodeList({m_alpha, unnamed}));
+        suite->sync();
+    }
+
+    void helpForEveryAction()
+    {
+        Run run = telvanectl({"--help"});
+        QCOMPARE(run.exitCode, 0);
+        QVERIFY(run.err.isEmpty());
+        const QStringList actions = {
+            "connect", "disconnect", "remote-control", "stop-remote-control",
+            "status",  "upload",     "computers"};
+        for (const QString &action : actions) {
+            QVERIFY2(run.out.contains("  " + action + " "), qPrintable(action));
+            const Run help = telvanectl({action, "--help"});
+            QCOMPARE(help.exitCode, 0);
+            QVERIFY(help.out.startsWith("Usage: telvanectl " + action));
+            QVERIFY(help.err.isEmpty());
+        }
+        QVERIFY(telvanectl({"upload", "--help"}).out.contains("--file PATH"));
+    }
+
+    void returnedTextOnStdoutOnly()
+    {
+        Run run = telvanectl({"connect", "--computer-name", "STUDIO"});
+        QCOMPARE(run.exitCode, 0);
+        QCOMPARE(run.out, QStringLiteral("Queued connection for Alpha Studio\n"));
+        QVERIFY(run.err.isEmpty());
+        const auto suite = SettingsFiles::openSharedSuite();
+        QCOMPARE(suite->value(PendingActionKeys::connection).toString(),
+                 UuidText::format(m_alpha.id));
+
+        run = telvanectl({"status"});
+        QCOMPARE(run.exitCode, 0);
+        QCOMPARE(run.out.count('\n'), 2);
+        run = telvanectl({"computers"});
+        QVERIFY(run.out.startsWith(UuidText::format(m_alpha.id) + "\tAlpha Studio\n"));
+        QVERIFY(run.out.endsWith("\tbeta.local\n"));
+    }
+
+    void failuresGoToStderrWithNonZeroStatus()
+    {
+        struct Case {
+            QStringList arguments;
+            int exitCode;
+            QString err;
+        };
+        const QList<Case> cases = {
+            {{"disconnect", "--computer", "nonsense"}, 1, "Computer not found\n"},
+            {{"remote-control"}, 1, "Computer not found\n"},
+            {{"upload", "--computer-name", "alpha"}, 1, "File not provided\n"},
+            {{"upload", "--file", "/nonexistent/x", "--computer-name", "alpha"}, 1, {}},
+            {{"connect", "--file", "x"}, 2, {}},
+            {{"connect", "stray"}, 2, {}},
+            {{"reboot"}, 2, {}},
+            {{}, 2, {}},
+        };
+        for (const Case &c : cases) {
+            const Run run = telvanectl(c.arguments);
+            QVERIFY2(run.exitCode == c.exitCode, qPrintable(c.arguments.join(' ')));
+            QVERIFY(run.out.isEmpty());
+            QVERIFY(!run.err.isEmpty());
+            if (!c.err.isEmpty())
+                QCOMPARE(run.err, c.err);
+        }
+    }
+
+private:
+    RemoteComputer m_alpha;
+};
+
+QTEST_GUILESS_MAIN(TelvanectlTest)
+#include "TelvanectlTest.moc"
