@@ -16,7 +16,6 @@ ZEKTChannel::ZEKTChannel(QSslSocket *socket, QObject *parent) : QObject(parent),
     connect(m_socket, &QSslSocket::encryptedBytesWritten, this, &ZEKTChannel::drained);
     connect(&m_heartbeat, &QTimer::timeout, this, [this] {
         send(ZEKTFrame::encode(static_cast<quint16>(ZEKTFrameType::heartbeat), {}));
-        Q_EMIT heartbeatSent();
     });
     connect(&m_silenceCheck, &QTimer::timeout, this, &ZEKTChannel::checkSilence);
 }
@@ -66,13 +65,23 @@ void ZEKTChannel::pump()
     readFrames();
 }
 
+void ZEKTChannel::setReadingPaused(bool paused)
+{
+    if (paused == m_paused)
+        return;
+    m_paused = paused;
+    m_socket->setReadBufferSize(paused ? 1024 * 1024 : 0);
+    if (!paused)
+        QMetaObject::invokeMethod(this, &ZEKTChannel::readFrames, Qt::QueuedConnection);
+}
+
 void ZEKTChannel::readFrames()
 {
     // A handler may end the session from inside frameReceived; never re-enter.
     if (m_reading)
         return;
     m_reading = true;
-    while (!m_stopped) {
+    while (!m_stopped && !m_paused) {
         ZEKTFrame frame;
         const ZEKTFrameReader::Status status = m_reader.read(*m_socket, frame);
         if (status == ZEKTFrameReader::Status::needMore)
@@ -92,6 +101,9 @@ void ZEKTChannel::readFrames()
 
 void ZEKTChannel::checkSilence()
 {
+    // A pause is ours, not the peer's silence.
+    if (m_paused)
+        m_lastReceived.restart();
     if (m_stopped || m_lastReceived.elapsed() < m_silenceLimitMs)
         return;
     stop();

@@ -29,14 +29,17 @@ public:
     void stop();
     // Reads whatever is buffered (after a signal connection was made late).
     void pump();
+    // While paused no frame is read and the socket's buffer is capped, so the peer is held
+    // back by TCP instead of filling our memory.
+    void setReadingPaused(bool paused);
 
 Q_SIGNALS:
-    void frameReceived(const ZEKTFrame &frame);
+    // Emitted for direct connections only; a receiver may move the body out.
+    void frameReceived(ZEKTFrame &frame);
     // The stream is unusable: bad frame, backlog, silence. `code` is a POSIX error.
     void failed(const QString &description, int code);
     // Some queued bytes went out (for senders that keep the backlog small).
     void drained();
-    void heartbeatSent();
 
 private:
     void readFrames();
@@ -50,4 +53,5 @@ private:
     qint64 m_silenceLimitMs = 0;
     bool m_stopped = false;
     bool m_reading = false;
+    bool m_paused = false;
 };

@@ -18,6 +18,7 @@
 #include <QSocketNotifier>
 #include <QSslConfiguration>
 #include <QSslSocket>
+#include <QThreadPool>
 
 #include <arpa/inet.h>
 #include <cerrno>
@@ -28,8 +29,8 @@
 #include <unistd.h>
 
 namespace {
-constexpr qint64 uploadChunk = 256 * 1024;
-constexpr qint64 uploadBacklog = 1024 * 1024;
+constexpr qint64 uploadChunk = 1024 * 1024;
+constexpr qint64 uploadBacklog = 4 * 1024 * 1024;
 constexpr int networkRetryMs = 1000;
 
 int toMs(double seconds)
@@ -312,26 +313,23 @@ void ZEKTClientSession::encrypted()
         end(tr("%1 presented no usable certificate").arg(m_endpoint), EPROTO);
         return;
     }
-    const ZEKTKnownAgents::Lookup known = ZEKTKnownAgents::fingerprint(m_endpoint);
-    if (!known.error.isEmpty()) {
-        end(known.error, EIO);
+    const ZEKTKnownAgents::Trust trust = ZEKTKnownAgents::trustOnFirstUse(m_endpoint, current);
+    switch (trust.kind) {
+    case ZEKTKnownAgents::Trust::Kind::error:
+        end(trust.error, EIO);
         return;
-    }
-    if (!known.fingerprint) {
-        if (const auto error = ZEKTKnownAgents::store(m_endpoint, current)) {
-            end(*error, EIO);
-            return;
-        }
+    case ZEKTKnownAgents::Trust::Kind::firstUse:
         log(tr("Trusting %1 on first use, identity %2").arg(m_endpoint, current),
             QStringLiteral("CONNECT"));
         beginHandshake();
         return;
-    }
-    if (*known.fingerprint == current) {
+    case ZEKTKnownAgents::Trust::Kind::unchanged:
         beginHandshake();
         return;
+    case ZEKTKnownAgents::Trust::Kind::changed:
+        askIdentity(trust.previous, current);
+        return;
     }
-    askIdentity(*known.fingerprint, current);
 }
 
 void ZEKTClientSession::askIdentity(const QString &previous, const QString &current)
@@ -401,8 +399,6 @@ void ZEKTClientSession::beginHandshake()
     connect(m_channel, &ZEKTChannel::failed, this,
             [this](const QString &description, int code) { end(description, code); });
     connect(m_channel, &ZEKTChannel::drained, this, &ZEKTClientSession::pumpUpload);
-    connect(m_channel, &ZEKTChannel::heartbeatSent, this,
-            [this] { log(tr("Heartbeat sent to %1").arg(m_endpoint), "HEARTBEAT"); });
     ZEKTRequest hello;
     hello.kind = ZEKTRequest::Kind::hello;
     hello.protocolVersions = supportedVersions();
@@ -416,7 +412,7 @@ bool ZEKTClientSession::send(const ZEKTRequest &request)
     return m_channel && m_channel->send(ZEKTMessageCodec::encodeRequest(request));
 }
 
-void ZEKTClientSession::onFrame(const ZEKTFrame &frame)
+void ZEKTClientSession::onFrame(ZEKTFrame &frame)
 {
     if (m_phase == Phase::ended)
         return;
@@ -593,7 +589,7 @@ void ZEKTClientSession::sendFile(const QString &path, const std::optional<QStrin
     }
     auto upload = std::make_unique<Upload>();
     upload->file = std::make_unique<QFile>(path);
-    if (!upload->file->open(QIODevice::ReadOnly)) {
+    if (!upload->file->open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
         fail(promise, tr("Cannot read %1: %2").arg(path, upload->file->errorString()), EACCES);
         return;
     }
@@ -662,37 +658,77 @@ void ZEKTClientSession::pumpUpload()
     // heartbeats are never stuck behind megabytes of file data.
     while (upload.step == Upload::Step::sending && m_channel->backlog() < uploadBacklog) {
         const qint64 want = qMin(uploadChunk, upload.size - upload.sent);
-        ZEKTRequest chunk;
-        chunk.requestId = upload.id;
         if (want > 0) {
-            chunk.kind = ZEKTRequest::Kind::fileChunk;
-            chunk.data = upload.file->read(want);
-            if (chunk.data.size() != want) {
-                // Sent as it is: the agent sees the short size and discards the file.
-                fail(upload.promise,
-                     tr("Cannot read %1 completely: %2")
-                         .arg(upload.file->fileName(), upload.file->errorString()),
-                     EIO);
-                upload.sent = upload.size;
-            } else {
-                upload.hash.addData(chunk.data);
+            // The file is read straight into the frame that goes out.
+            ZEKTMessageCodec::ChunkFrame chunk = ZEKTMessageCodec::fileChunkFrame(upload.id, want);
+            char *data = chunk.frame.data() + chunk.dataOffset;
+            qint64 got = 0;
+            while (got < want) {
+                const qint64 n = upload.file->read(data + got, want - got);
+                if (n <= 0)
+                    break;
+                got += n;
+            }
+            if (got == want) {
+                // Hashed beside the I/O thread: the frame is shared, not copied.
+                hashPool()->start([hash = upload.hash, frame = chunk.frame,
+                                   offset = chunk.dataOffset,
+                                   want] { hash->addData(frame.constData() + offset, want); });
                 upload.sent += want;
-                send(chunk);
+                m_channel->send(chunk.frame);
                 if (upload.sent < upload.size)
                     uploadProgress(upload, static_cast<double>(upload.sent) / upload.size);
                 continue;
             }
+            // The file shrank or failed: the end goes out early, the agent sees the short
+            // size and discards what it got.
+            fail(upload.promise,
+                 tr("Cannot read %1 completely: %2")
+                     .arg(upload.file->fileName(), upload.file->errorString()),
+                 EIO);
+            upload.sent = upload.size;
         }
-        chunk.kind = ZEKTRequest::Kind::fileEnd;
-        chunk.data.clear();
-        chunk.sha256 = upload.hash.result();
-        send(chunk);
+        // The end goes out once the hash of every chunk is known.
         upload.file->close();
-        upload.step = upload.promise->future().isFinished() ? Upload::Step::awaitingVerdict
-                                                            : Upload::Step::flushing;
+        upload.step = Upload::Step::hashing;
+        hashPool()->start([hash = upload.hash, box = std::weak_ptr<ZEKTMailbox>(m_mailbox),
+                           id = upload.id, self = this] {
+            const QByteArray digest = hash->result();
+            if (const auto mailbox = box.lock())
+                mailbox->post([self, id, digest] { self->uploadHashed(id, digest); });
+        });
     }
     if (upload.step == Upload::Step::flushing && m_channel->backlog() == 0)
         pumpUpload();
+}
+
+void ZEKTClientSession::uploadHashed(quint64 id, const QByteArray &digest)
+{
+    if (m_phase != Phase::open || m_uploads.empty() || m_uploads.front()->id != id ||
+        m_uploads.front()->step != Upload::Step::hashing)
+        return;
+    Upload &upload = *m_uploads.front();
+    ZEKTRequest end;
+    end.requestId = upload.id;
+    end.kind = ZEKTRequest::Kind::fileEnd;
+    end.sha256 = digest;
+    send(end);
+    upload.step = upload.promise->future().isFinished() ? Upload::Step::awaitingVerdict
+                                                        : Upload::Step::flushing;
+    pumpUpload();
+}
+
+QThreadPool *ZEKTClientSession::hashPool()
+{
+    // One thread for all uploads of the process, so the chunks of one upload are hashed in
+    // order. Never destroyed: a hash still running at exit holds only shared data.
+    static QThreadPool *pool = [] {
+        auto *p = new QThreadPool;
+        p->setMaxThreadCount(1);
+        p->setExpiryTimeout(-1);
+        return p;
+    }();
+    return pool;
 }
 
 // ---- ending -----------------------------------------------------------------------------

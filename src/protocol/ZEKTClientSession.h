@@ -6,7 +6,8 @@
 #include "ZEKTMailbox.h"
 #include "ZEKTRequest.h"
 
-#include <QCryptographicHash>
+#include "ZEKTSha256.h"
+
 #include <QFile>
 #include <QHostAddress>
 #include <QObject>
@@ -17,6 +18,7 @@
 #include <memory>
 
 class QSocketNotifier;
+class QThreadPool;
 class QSslSocket;
 class ZEKTChannel;
 
@@ -56,12 +58,13 @@ private:
         std::unique_ptr<QFile> file;
         qint64 size = 0;
         qint64 sent = 0;
-        QCryptographicHash hash{QCryptographicHash::Sha256};
+        std::shared_ptr<ZEKTSha256> hash = std::make_shared<ZEKTSha256>();
         Promise promise;
         ZEKTClient::ProgressFunction progress;
         enum class Step {
             queued,
             awaitingReady,
+            hashing,
             sending,
             flushing,
             awaitingVerdict
@@ -77,7 +80,7 @@ private:
     void askIdentity(const QString &previous, const QString &current);
     void identityAnswered(int token, bool trusted, const QString &current);
     void beginHandshake();
-    void onFrame(const ZEKTFrame &frame);
+    void onFrame(ZEKTFrame &frame);
     void acknowledge(quint64 frameNumber);
     bool send(const ZEKTRequest &request);
     void end(const QString &description, int code, bool cancelled = false);
@@ -90,6 +93,8 @@ private:
     void pumpUpload();
     void uploadReady(quint64 id, bool accepted, const QString &reason);
     void uploadProgress(Upload &upload, double fraction);
+    void uploadHashed(quint64 id, const QByteArray &digest);
+    static QThreadPool *hashPool();
 
     QString m_host;
     quint16 m_port;

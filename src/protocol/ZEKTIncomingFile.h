@@ -5,7 +5,9 @@
 #include <optional>
 
 // One upload being received. The library checks the SHA-256 of the data; the sink
-// only stores bytes and commits or discards them.
+// only stores bytes and commits or discards them. All calls come from the server's file
+// worker, one at a time and in order; discard() also runs when an unfinished upload is
+// dropped, so a sink is never left half-written.
 class ZEKTIncomingFile {
 public:
     virtual ~ZEKTIncomingFile() = default;

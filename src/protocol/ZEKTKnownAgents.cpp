@@ -38,6 +38,27 @@ Loaded load(const QString &path)
                 QStringLiteral("The known agents file %1 is damaged; fix or remove it").arg(path)};
     return {doc.object().value(QStringLiteral("agents")).toObject(), {}};
 }
+// Caller holds g_lock.
+std::optional<QString> save(const QString &file, QJsonObject agents, const QString &endpoint,
+                            const QString &fingerprint)
+{
+    QJsonObject entry;
+    entry.insert(QStringLiteral("fingerprint"), fingerprint);
+    entry.insert(QStringLiteral("trustedAt"),
+                 QDateTime::currentDateTimeUtc().toString(Qt::ISODate));
+    agents.insert(endpoint, entry);
+    QJsonObject root;
+    root.insert(QStringLiteral("version"), 1);
+    root.insert(QStringLiteral("agents"), agents);
+
+    QDir().mkpath(QFileInfo(file).absolutePath());
+    QSaveFile out(file);
+    const QByteArray bytes = QJsonDocument(root).toJson();
+    if (!out.open(QIODevice::WriteOnly) || out.write(bytes) != bytes.size() || !out.commit())
+        return QStringLiteral("Cannot write the known agents file %1: %2")
+            .arg(file, out.errorString());
+    return std::nullopt;
+}
 } // namespace
 
 QString ZEKTKnownAgents::defaultPath()
@@ -80,6 +101,25 @@ ZEKTKnownAgents::Lookup ZEKTKnownAgents::fingerprint(const QString &endpoint)
     return {fp, {}};
 }
 
+ZEKTKnownAgents::Trust ZEKTKnownAgents::trustOnFirstUse(const QString &endpoint,
+                                                        const QString &fingerprint)
+{
+    const QString file = path();
+    QMutexLocker locker(&g_lock);
+    Loaded loaded = load(file);
+    if (!loaded.error.isEmpty())
+        return {Trust::Kind::error, {}, loaded.error};
+    const QString stored =
+        loaded.agents.value(endpoint).toObject().value(QStringLiteral("fingerprint")).toString();
+    if (stored == fingerprint)
+        return {Trust::Kind::unchanged, {}, {}};
+    if (!stored.isEmpty())
+        return {Trust::Kind::changed, stored, {}};
+    if (const auto error = save(file, std::move(loaded.agents), endpoint, fingerprint))
+        return {Trust::Kind::error, {}, *error};
+    return {Trust::Kind::firstUse, {}, {}};
+}
+
 std::optional<QString> ZEKTKnownAgents::store(const QString &endpoint, const QString &fingerprint)
 {
     const QString file = path();
@@ -87,20 +127,5 @@ std::optional<QString> ZEKTKnownAgents::store(const QString &endpoint, const QSt
     Loaded loaded = load(file);
     if (!loaded.error.isEmpty())
         return loaded.error;
-    QJsonObject entry;
-    entry.insert(QStringLiteral("fingerprint"), fingerprint);
-    entry.insert(QStringLiteral("trustedAt"),
-                 QDateTime::currentDateTimeUtc().toString(Qt::ISODate));
-    loaded.agents.insert(endpoint, entry);
-    QJsonObject root;
-    root.insert(QStringLiteral("version"), 1);
-    root.insert(QStringLiteral("agents"), loaded.agents);
-
-    QDir().mkpath(QFileInfo(file).absolutePath());
-    QSaveFile out(file);
-    const QByteArray bytes = QJsonDocument(root).toJson();
-    if (!out.open(QIODevice::WriteOnly) || out.write(bytes) != bytes.size() || !out.commit())
-        return QStringLiteral("Cannot write the known agents file %1: %2")
-            .arg(file, out.errorString());
-    return std::nullopt;
+    return save(file, std::move(loaded.agents), endpoint, fingerprint);
 }

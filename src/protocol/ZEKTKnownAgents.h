@@ -19,6 +19,14 @@ public:
 
     static QString endpoint(const QString &host, quint16 port);
     static Lookup fingerprint(const QString &endpoint);
+    // Looks the endpoint up and, when it was never seen, stores `fingerprint` in the same
+    // locked step, so two sessions cannot both trust different first identities.
+    struct Trust {
+        enum class Kind { firstUse, unchanged, changed, error } kind = Kind::error;
+        QString previous; // the stored fingerprint when changed
+        QString error;
+    };
+    static Trust trustOnFirstUse(const QString &endpoint, const QString &fingerprint);
     // Stores or replaces the fingerprint; returns a readable error on failure.
     static std::optional<QString> store(const QString &endpoint, const QString &fingerprint);
 };

@@ -15,8 +15,11 @@
 
 #include <QCborArray>
 #include <QCborStreamReader>
+#include <QCborStreamWriter>
 #include <QCborValue>
+#include <QtEndian>
 #include <cmath>
+#include <cstring>
 #include <limits>
 
 namespace {
@@ -29,13 +32,25 @@ QByteArray frame(Type type, const QCborMap &body)
     return ZEKTFrame::encode(static_cast<quint16>(type), body);
 }
 
+// A decoded frame body. Byte strings (images, file chunks) are kept apart as plain
+// QByteArrays so they are copied once out of the frame, not three times through QCborValue.
+struct Body {
+    QHash<QString, QCborValue> values;
+    QHash<QString, QByteArray> bytes;
+};
+
 // Typed, validating access to one frame body; remembers the first problem.
 class Fields {
 public:
-    Fields(QCborMap map, const char *what) : m_map(std::move(map)), m_what(what) {}
+    Fields(Body body, const char *what) : m_body(std::move(body)), m_what(what) {}
+    Fields(const QCborMap &map, const char *what) : m_what(what)
+    {
+        for (auto it = map.constBegin(); it != map.constEnd(); ++it)
+            if (it.key().isString())
+                m_body.values.insert(it.key().toString(), it.value());
+    }
 
     QString error() const { return m_error; }
-    bool has(const char *key) const { return m_map.contains(QLatin1String(key)); }
 
     qint64 integer(const char *key, qint64 min, qint64 max)
     {
@@ -86,6 +101,9 @@ public:
     }
     QByteArray bytes(const char *key)
     {
+        const auto blob = m_body.bytes.constFind(QLatin1String(key));
+        if (blob != m_body.bytes.cend())
+            return *blob;
         const QCborValue v = value(key);
         if (v.isUndefined())
             return {};
@@ -106,7 +124,9 @@ public:
     // Optional fields: absent or null gives nullopt; present with a wrong type is an error.
     template <typename F> auto optional(const char *key, F get) -> std::optional<decltype(get())>
     {
-        const QCborValue v = m_map.value(QLatin1String(key));
+        if (m_body.bytes.contains(QLatin1String(key)))
+            return get();
+        const QCborValue v = m_body.values.value(QLatin1String(key));
         if (v.isUndefined() || v.isNull())
             return std::nullopt;
         return get();
@@ -115,7 +135,11 @@ public:
 private:
     QCborValue value(const char *key)
     {
-        const QCborValue v = m_map.value(QLatin1String(key));
+        // A byte string where another type is expected: give the getter a byte value,
+        // which fails its type check.
+        if (m_body.bytes.contains(QLatin1String(key)))
+            return QCborValue(QByteArray());
+        const QCborValue v = m_body.values.value(QLatin1String(key));
         if (v.isUndefined())
             bad(key, "missing");
         return v;
@@ -127,31 +151,60 @@ private:
                           .arg(QLatin1String(m_what), QLatin1String(key), QLatin1String(problem));
     }
 
-    QCborMap m_map;
+    Body m_body;
     const char *m_what;
     QString m_error;
 };
 
-// The whole body must be exactly one CBOR map (an empty body counts as an empty map).
-std::optional<QCborMap> parseBody(const QByteArray &body, QString *error)
+// Reads a text or byte string, however it is chunked.
+template <typename T, typename Read> bool readString(QCborStreamReader &reader, T *out, Read read)
 {
-    if (body.isEmpty())
-        return QCborMap();
-    QCborStreamReader reader(body);
-    const QCborValue value = QCborValue::fromCbor(reader);
-    if (reader.lastError() != QCborError::NoError) {
-        *error = QStringLiteral("Malformed frame body: %1").arg(reader.lastError().toString());
-        return std::nullopt;
+    auto chunk = (reader.*read)();
+    while (chunk.status == QCborStreamReader::Ok) {
+        *out += chunk.data;
+        chunk = (reader.*read)();
     }
-    if (!value.isMap()) {
-        *error = QStringLiteral("Malformed frame body: not a CBOR map");
+    return chunk.status == QCborStreamReader::EndOfString;
+}
+
+// The whole body must be exactly one CBOR map with text keys (an empty body counts as an
+// empty map).
+std::optional<Body> parseBody(const QByteArray &data, QString *error)
+{
+    Body body;
+    if (data.isEmpty())
+        return body;
+    QCborStreamReader reader(data);
+    auto fail = [&](const QString &why) {
+        *error = QStringLiteral("Malformed frame body: %1").arg(why);
         return std::nullopt;
+    };
+    if (!reader.isMap() || !reader.enterContainer())
+        return fail(reader.lastError() != QCborError::NoError ? reader.lastError().toString()
+                                                              : QStringLiteral("not a CBOR map"));
+    while (reader.lastError() == QCborError::NoError && reader.hasNext()) {
+        QString key;
+        if (!reader.isString() || !readString(reader, &key, &QCborStreamReader::readString))
+            return fail(QStringLiteral("map keys must be text"));
+        if (reader.isByteArray()) {
+            QByteArray value;
+            if (!readString(reader, &value, &QCborStreamReader::readByteArray))
+                return fail(reader.lastError().toString());
+            body.values.remove(key);
+            body.bytes.insert(key, value);
+        } else {
+            const QCborValue value = QCborValue::fromCbor(reader);
+            if (reader.lastError() != QCborError::NoError)
+                break;
+            body.bytes.remove(key);
+            body.values.insert(key, value);
+        }
     }
-    if (reader.currentOffset() != body.size()) {
-        *error = QStringLiteral("Malformed frame body: trailing bytes after the CBOR map");
-        return std::nullopt;
-    }
-    return value.toMap();
+    if (reader.lastError() != QCborError::NoError || !reader.leaveContainer())
+        return fail(reader.lastError().toString());
+    if (reader.currentOffset() != data.size())
+        return fail(QStringLiteral("trailing bytes after the CBOR map"));
+    return body;
 }
 
 QCborMap encodeStats(const SystemStatsMessage &s)
@@ -294,16 +347,29 @@ QByteArray ZEKTMessageCodec::encodeMessage(const ZEKTMessage &message)
         return frame(Type::commandResult, m);
     }
     if (auto *s = dynamic_cast<const ScreenCaptureMessage *>(&message)) {
-        m.insert(QStringLiteral("displayID"), static_cast<qint64>(s->displayID));
-        m.insert(QStringLiteral("imageData"), s->imageData);
-        m.insert(QStringLiteral("imageFormat"), s->imageFormat);
-        m.insert(QStringLiteral("quality"), static_cast<double>(s->quality));
-        m.insert(QStringLiteral("frameNumber"), static_cast<qint64>(s->frameNumber));
-        if (s->sequenceNumber)
-            m.insert(QStringLiteral("sequenceNumber"), static_cast<qint64>(*s->sequenceNumber));
-        m.insert(QStringLiteral("displayWidth"), static_cast<qint64>(s->displayWidth));
-        m.insert(QStringLiteral("displayHeight"), static_cast<qint64>(s->displayHeight));
-        return frame(Type::screenImage, m);
+        return ZEKTFrame::encodeWith(static_cast<quint16>(Type::screenImage),
+                                     s->imageData.size() + 160, [s](QCborStreamWriter &w) {
+                                         w.startMap(s->sequenceNumber ? 8 : 7);
+                                         w.append(QLatin1String("displayID"));
+                                         w.append(static_cast<qint64>(s->displayID));
+                                         w.append(QLatin1String("imageData"));
+                                         w.append(s->imageData);
+                                         w.append(QLatin1String("imageFormat"));
+                                         w.append(s->imageFormat);
+                                         w.append(QLatin1String("quality"));
+                                         w.append(static_cast<double>(s->quality));
+                                         w.append(QLatin1String("frameNumber"));
+                                         w.append(static_cast<qint64>(s->frameNumber));
+                                         if (s->sequenceNumber) {
+                                             w.append(QLatin1String("sequenceNumber"));
+                                             w.append(static_cast<qint64>(*s->sequenceNumber));
+                                         }
+                                         w.append(QLatin1String("displayWidth"));
+                                         w.append(static_cast<qint64>(s->displayWidth));
+                                         w.append(QLatin1String("displayHeight"));
+                                         w.append(static_cast<qint64>(s->displayHeight));
+                                         w.endMap();
+                                     });
     }
     if (auto *s = dynamic_cast<const SystemStatsMessage *>(&message))
         return frame(Type::systemStats, encodeStats(*s));
@@ -347,10 +413,10 @@ ZEKTMessageCodec::Decoded<ZEKTMessagePtr> ZEKTMessageCodec::decodeMessage(const 
         out.skipped = true;
         return out;
     }
-    const std::optional<QCborMap> body = parseBody(in.body, &out.error);
+    std::optional<Body> body = parseBody(in.body, &out.error);
     if (!body)
         return out;
-    Fields f(*body, "agent");
+    Fields f(std::move(*body), "agent");
     switch (type) {
     case Type::heartbeat:
         out.value = std::make_shared<HeartbeatMessage>();
@@ -484,9 +550,15 @@ QByteArray ZEKTMessageCodec::encodeRequest(const ZEKTRequest &r)
         m.insert(QStringLiteral("fileSize"), r.fileSize);
         return frame(Type::fileBegin, m);
     case Kind::fileChunk:
-        id();
-        m.insert(QStringLiteral("data"), r.data);
-        return frame(Type::fileChunk, m);
+        return ZEKTFrame::encodeWith(static_cast<quint16>(Type::fileChunk), r.data.size() + 32,
+                                     [&r](QCborStreamWriter &w) {
+                                         w.startMap(2);
+                                         w.append(QLatin1String("requestId"));
+                                         w.append(static_cast<qint64>(r.requestId));
+                                         w.append(QLatin1String("data"));
+                                         w.append(r.data);
+                                         w.endMap();
+                                     });
     case Kind::fileEnd:
         id();
         m.insert(QStringLiteral("sha256"), r.sha256);
@@ -550,10 +622,10 @@ ZEKTMessageCodec::Decoded<ZEKTRequest> ZEKTMessageCodec::decodeRequest(const ZEK
         out.skipped = true;
         return out;
     }
-    const std::optional<QCborMap> body = parseBody(in.body, &out.error);
+    std::optional<Body> body = parseBody(in.body, &out.error);
     if (!body)
         return out;
-    Fields f(*body, "console");
+    Fields f(std::move(*body), "console");
     const bool hasId = type != Type::hello && type != Type::authenticate &&
                        type != Type::heartbeat && type != Type::heartbeatResponse &&
                        type != Type::disconnect && type != Type::frameAck;
@@ -629,4 +701,88 @@ ZEKTMessageCodec::Decoded<ZEKTRequest> ZEKTMessageCodec::decodeRequest(const ZEK
     if (out.error.isEmpty())
         out.error = f.error();
     return out;
+}
+
+ZEKTMessageCodec::ChunkFrame ZEKTMessageCodec::fileChunkFrame(quint64 requestId, qsizetype size)
+{
+    ChunkFrame out;
+    QByteArray &f = out.frame;
+    f.reserve(ZEKTFrame::headerSize + size + 32);
+    f.resize(ZEKTFrame::headerSize);
+    f += '\xa2'; // map of two
+    f += '\x69';
+    f += "requestId";
+    f += QCborValue(static_cast<qint64>(requestId)).toCbor();
+    f += '\x64';
+    f += "data";
+    // Byte string header (major type 2) for `size`, which is below 4 GiB.
+    if (size < 24) {
+        f += static_cast<char>(0x40 + size);
+    } else if (size < 0x100) {
+        f += '\x58';
+        f += static_cast<char>(size);
+    } else if (size < 0x10000) {
+        f += '\x59';
+        const qsizetype at = f.size();
+        f.resize(at + 2);
+        qToBigEndian<quint16>(static_cast<quint16>(size), f.data() + at);
+    } else {
+        f += '\x5a';
+        const qsizetype at = f.size();
+        f.resize(at + 4);
+        qToBigEndian<quint32>(static_cast<quint32>(size), f.data() + at);
+    }
+    out.dataOffset = f.size();
+    f.resize(out.dataOffset + size);
+    qToBigEndian<quint32>(static_cast<quint32>(f.size() - 4), f.data());
+    qToBigEndian<quint16>(static_cast<quint16>(Type::fileChunk), f.data() + 4);
+    return out;
+}
+
+std::optional<ZEKTRequest> ZEKTMessageCodec::takeFileChunk(ZEKTFrame &frame)
+{
+    if (frame.type != static_cast<quint16>(Type::fileChunk))
+        return std::nullopt;
+    const auto *b = reinterpret_cast<const uchar *>(frame.body.constData());
+    const qsizetype size = frame.body.size();
+    qsizetype at = 0;
+    auto expect = [&](const char *bytes, qsizetype n) {
+        if (size - at < n || memcmp(b + at, bytes, static_cast<size_t>(n)) != 0)
+            return false;
+        at += n;
+        return true;
+    };
+    // Reads a CBOR unsigned argument after a header byte of major type `major`.
+    auto argument = [&](uchar major, quint64 *value) {
+        if (at >= size || (b[at] >> 5) != major)
+            return false;
+        const uchar info = b[at++] & 0x1f;
+        if (info < 24) {
+            *value = info;
+            return true;
+        }
+        const int length = info == 24 ? 1 : info == 25 ? 2 : info == 26 ? 4 : info == 27 ? 8 : 0;
+        if (length == 0 || size - at < length)
+            return false;
+        *value = 0;
+        for (int i = 0; i < length; ++i)
+            *value = (*value << 8) | b[at++];
+        return true;
+    };
+    quint64 requestId = 0;
+    quint64 dataLength = 0;
+    if (!expect("\xa2\x69requestId", 11) || !argument(0, &requestId) ||
+        requestId > static_cast<quint64>(std::numeric_limits<qint64>::max()) ||
+        !expect("\x64"
+                "data",
+                5) ||
+        !argument(2, &dataLength) || dataLength != static_cast<quint64>(size - at))
+        return std::nullopt;
+    ZEKTRequest request;
+    request.kind = Kind::fileChunk;
+    request.requestId = requestId;
+    request.data = std::move(frame.body);
+    frame.body = QByteArray();
+    request.data.remove(0, at); // drops the prefix without moving the data
+    return request;
 }

@@ -18,6 +18,7 @@ ZEKTServer::ZEKTServer(ZEKTServerConfig config, QObject *parent)
     d->context.config = std::move(config);
     d->context.workers.setMaxThreadCount(qMax(1, d->context.config.workerThreads));
     d->context.inputQueue.setMaxThreadCount(1);
+    d->context.fileQueue.setMaxThreadCount(1);
 }
 
 ZEKTServer::~ZEKTServer()

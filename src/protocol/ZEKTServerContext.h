@@ -21,6 +21,7 @@ struct ZEKTServerContext {
     ZEKTLoginBackoff backoff;
     QThreadPool workers;
     QThreadPool inputQueue; // one thread: input events keep their order
+    QThreadPool fileQueue;  // one thread: upload chunks keep their order
     int unauthenticated = 0;
     int authenticated = 0;
 

@@ -97,8 +97,6 @@ ZEKTServerSession::ZEKTServerSession(qintptr descriptor, ZEKTServerContext *cont
 ZEKTServerSession::~ZEKTServerSession()
 {
     m_mailbox->close();
-    if (m_upload.file)
-        m_upload.file->discard();
 }
 
 void ZEKTServerSession::encrypted()
@@ -134,10 +132,17 @@ void ZEKTServerSession::protocolError(const QString &description)
     close(description, true);
 }
 
-void ZEKTServerSession::onFrame(const ZEKTFrame &frame)
+void ZEKTServerSession::onFrame(ZEKTFrame &frame)
 {
     if (m_phase == Phase::ended)
         return;
+    // Upload data keeps the frame's buffer instead of being copied out of it.
+    if (m_phase == Phase::open) {
+        if (std::optional<ZEKTRequest> chunk = ZEKTMessageCodec::takeFileChunk(frame)) {
+            fileChunk(*chunk);
+            return;
+        }
+    }
     const ZEKTMessageCodec::Decoded<ZEKTRequest> decoded = ZEKTMessageCodec::decodeRequest(frame);
     if (decoded.skipped) {
         m_context->log(tr("Skipped a frame of unknown type %1 from %2").arg(frame.type).arg(m_peer),
@@ -469,16 +474,17 @@ void ZEKTServerSession::fileReply(quint64 id, bool accepted, const QString &reas
 
 void ZEKTServerSession::dropUpload()
 {
-    if (m_upload.file)
-        m_upload.file->discard();
-    m_upload.file.reset();
+    // Queued chunks still hold the job; the last one to finish discards the partial file.
+    m_upload.job.reset();
     m_upload.step = Upload::Step::none;
     m_upload.id = 0;
     m_upload.name.clear();
     m_upload.size = 0;
     m_upload.received = 0;
-    m_upload.hash.reset();
+    m_upload.queued = 0;
     m_upload.failure.clear();
+    if (m_channel)
+        m_channel->setReadingPaused(false);
 }
 
 void ZEKTServerSession::fileBegin(const ZEKTRequest &request)
@@ -506,32 +512,30 @@ void ZEKTServerSession::fileBegin(const ZEKTRequest &request)
     m_context->log(
         tr("%1 offers %2 (%3 bytes)").arg(m_peer, request.fileName).arg(request.fileSize),
         QStringLiteral("FILE"));
-    // The decision travels back as a shared pointer because the sink is move-only.
     runOn(
         m_context->workers, m_mailbox,
         [files = m_context->files, name = request.fileName, size = request.fileSize] {
+            std::shared_ptr<ZEKTUploadJob> job;
+            QString refusal;
             try {
-                return std::make_shared<ZEKTFileReceiver::Decision>(files->begin(name, size));
+                ZEKTFileReceiver::Decision decision = files->begin(name, size);
+                refusal = decision.refusal;
+                if (decision.file)
+                    job = std::make_shared<ZEKTUploadJob>(std::move(decision.file));
             } catch (...) {
-                auto refused = std::make_shared<ZEKTFileReceiver::Decision>();
-                refused->refusal = QStringLiteral("The agent could not prepare the file");
-                return refused;
+                refusal = QStringLiteral("The agent could not prepare the file");
             }
+            return std::make_pair(job, refusal);
         },
-        [this, id = request.requestId](std::shared_ptr<ZEKTFileReceiver::Decision> decision) {
-            if (m_upload.step != Upload::Step::deciding || m_upload.id != id) {
-                if (decision->file)
-                    decision->file->discard();
-                return;
-            }
-            if (!decision->file) {
-                const QString reason =
-                    decision->refusal.isEmpty() ? tr("The file was refused") : decision->refusal;
+        [this, id = request.requestId](std::pair<std::shared_ptr<ZEKTUploadJob>, QString> d) {
+            if (m_upload.step != Upload::Step::deciding || m_upload.id != id)
+                return; // dropping the job discards it
+            if (!d.first) {
                 dropUpload();
-                fileReply(id, false, reason);
+                fileReply(id, false, d.second.isEmpty() ? tr("The file was refused") : d.second);
                 return;
             }
-            m_upload.file = std::move(decision->file);
+            m_upload.job = std::move(d.first);
             m_upload.step = Upload::Step::receiving;
             fileReply(id, true, {});
         });
@@ -545,14 +549,33 @@ void ZEKTServerSession::fileChunk(const ZEKTRequest &request)
     }
     if (!m_upload.failure.isEmpty())
         return; // already lost; the verdict goes out with the end
-    if (request.data.size() > m_upload.size - m_upload.received) {
+    const qint64 size = request.data.size();
+    if (size > m_upload.size - m_upload.received) {
         m_upload.failure = tr("More data arrived than the %1 bytes announced").arg(m_upload.size);
         return;
     }
-    m_upload.received += request.data.size();
-    m_upload.hash.addData(request.data);
-    if (const auto error = m_upload.file->write(request.data))
-        m_upload.failure = *error;
+    m_upload.received += size;
+    m_upload.queued += size;
+    if (m_upload.queued > pauseReadingAbove)
+        m_channel->setReadingPaused(true);
+    const std::shared_ptr<ZEKTUploadJob> job = m_upload.job;
+    runOn(
+        m_context->fileQueue, m_mailbox,
+        [job, data = request.data] {
+            if (job->failure.isEmpty()) {
+                job->hash.addData(data);
+                if (const auto error = job->file->write(data))
+                    job->failure = *error;
+            }
+            return data.size();
+        },
+        [this, job](qsizetype written) {
+            if (m_upload.job != job)
+                return;
+            m_upload.queued -= written;
+            if (m_upload.queued <= pauseReadingAbove / 2)
+                m_channel->setReadingPaused(false);
+        });
 }
 
 void ZEKTServerSession::fileEnd(const ZEKTRequest &request)
@@ -564,26 +587,36 @@ void ZEKTServerSession::fileEnd(const ZEKTRequest &request)
     QString failure = m_upload.failure;
     if (failure.isEmpty() && m_upload.received != m_upload.size)
         failure = tr("Only %1 of %2 bytes arrived").arg(m_upload.received).arg(m_upload.size);
-    if (failure.isEmpty() && m_upload.hash.result() != request.sha256)
-        failure = tr("The SHA-256 checksum does not match; the file was discarded");
-    if (!failure.isEmpty()) {
-        m_context->log(tr("Upload of %1 from %2 failed: %3").arg(m_upload.name, m_peer, failure),
-                       QStringLiteral("FILE"));
-        dropUpload();
-        send(FileTransferResponseMessage(false, failure));
-        return;
-    }
-    const ZEKTIncomingFile::Committed committed = m_upload.file->commit();
     const QString name = m_upload.name;
-    m_upload.file.reset();
+    const std::shared_ptr<ZEKTUploadJob> job = m_upload.job;
     dropUpload();
-    if (!committed.success) {
-        send(FileTransferResponseMessage(false, committed.message));
-        return;
-    }
-    m_context->log(tr("Received %1 from %2 as %3").arg(name, m_peer, committed.message),
-                   QStringLiteral("FILE"));
-    send(FileTransferResponseMessage(true, tr("File received: %1").arg(committed.message)));
+    // Queued after the chunks, so it sees every byte; the sink commits only data whose
+    // size and SHA-256 match what the console sent.
+    runOn(
+        m_context->fileQueue, m_mailbox,
+        [job, failure, expected = request.sha256]() -> ZEKTIncomingFile::Committed {
+            QString problem = failure.isEmpty() ? job->failure : failure;
+            if (problem.isEmpty() && job->hash.result() != expected)
+                problem = QStringLiteral("The SHA-256 checksum does not match; the file was "
+                                         "discarded");
+            job->finished = true;
+            if (!problem.isEmpty()) {
+                job->file->discard();
+                return {false, problem};
+            }
+            ZEKTIncomingFile::Committed committed = job->file->commit();
+            if (committed.success)
+                committed.message = QStringLiteral("File received: %1").arg(committed.message);
+            return committed;
+        },
+        [this, name](ZEKTIncomingFile::Committed verdict) {
+            m_context->log(
+                verdict.success
+                    ? tr("Received %1 from %2: %3").arg(name, m_peer, verdict.message)
+                    : tr("Upload of %1 from %2 failed: %3").arg(name, m_peer, verdict.message),
+                QStringLiteral("FILE"));
+            send(FileTransferResponseMessage(verdict.success, verdict.message));
+        });
 }
 
 // ---- ending -----------------------------------------------------------------------------

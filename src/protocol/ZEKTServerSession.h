@@ -4,7 +4,8 @@
 #include "ZEKTMailbox.h"
 #include "ZEKTRequest.h"
 
-#include <QCryptographicHash>
+#include "ZEKTUploadJob.h"
+
 #include <QElapsedTimer>
 #include <QObject>
 #include <QTimer>
@@ -38,7 +39,7 @@ private:
     enum class Phase { tls, hello, login, verifying, open, ended };
 
     void encrypted();
-    void onFrame(const ZEKTFrame &frame);
+    void onFrame(ZEKTFrame &frame);
     void onHello(const ZEKTRequest &request);
     void onAuthenticate(const ZEKTRequest &request);
     void loginChecked(bool accepted);
@@ -86,14 +87,17 @@ private:
     } m_stream;
     QTimer m_streamTimer;
 
+    // Chunks are hashed and written on the server's file worker, so a slow disk never
+    // stalls this thread; reading pauses while too much waits for the disk.
+    static constexpr qint64 pauseReadingAbove = 4 * 1024 * 1024;
     struct Upload {
         enum class Step { none, deciding, receiving } step = Step::none;
         quint64 id = 0;
         QString name;
         qint64 size = 0;
         qint64 received = 0;
-        std::unique_ptr<ZEKTIncomingFile> file;
-        QCryptographicHash hash{QCryptographicHash::Sha256};
-        QString failure; // set once something went wrong; reported at the end
+        qint64 queued = 0;                  // handed to the worker, not yet written
+        std::shared_ptr<ZEKTUploadJob> job; // while receiving
+        QString failure;                    // set once something went wrong; reported at the end
     } m_upload;
 };

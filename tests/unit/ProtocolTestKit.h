@@ -14,6 +14,7 @@
 #include <QMutex>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QThread>
 #include <atomic>
 
 struct FakeVerifier : ZEKTCredentialVerifier {
@@ -90,6 +91,8 @@ struct MemoryReceiver : ZEKTFileReceiver {
         explicit Sink(MemoryReceiver *o) : owner(o) {}
         std::optional<QString> write(const QByteArray &chunk) override
         {
+            if (owner->slowWrites)
+                QThread::msleep(20);
             data += chunk;
             return std::nullopt;
         }
@@ -105,6 +108,7 @@ struct MemoryReceiver : ZEKTFileReceiver {
     QByteArray stored;
     std::atomic<int> begun{0};
     std::atomic<int> discarded{0};
+    std::atomic<bool> slowWrites{false}; // a disk slower than the network
     Decision begin(const QString &name, qint64) override
     {
         ++begun;

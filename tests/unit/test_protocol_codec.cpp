@@ -277,6 +277,33 @@ private Q_SLOTS:
         r.data = QByteArray(1000, 'd');
         QCOMPARE(roundTrip(r).data, r.data);
 
+        // Chunks built in place decode like any other, whatever the size class.
+        for (qsizetype size : {0, 23, 24, 255, 256, 65535, 65536, 1 << 20}) {
+            auto chunk = ZEKTMessageCodec::fileChunkFrame(77, size);
+            memset(chunk.frame.data() + chunk.dataOffset, 'c', size);
+            const auto frames = readAll(chunk.frame, 4096);
+            QCOMPARE(frames.size(), 1);
+            const auto decoded = ZEKTMessageCodec::decodeRequest(frames.first());
+            QVERIFY2(decoded.ok(), qPrintable(decoded.error));
+            QCOMPARE(decoded.value.requestId, 77u);
+            QCOMPARE(decoded.value.data, QByteArray(size, 'c'));
+            ZEKTFrame frame = frames.first();
+            const auto taken = ZEKTMessageCodec::takeFileChunk(frame);
+            QVERIFY(taken);
+            QCOMPARE(taken->requestId, 77u);
+            QCOMPARE(taken->data, QByteArray(size, 'c'));
+        }
+        // Another valid layout (keys in the other order) is left to the full decoder.
+        ZEKTFrame reordered =
+            rawFrame(ZEKTFrameType::fileChunk, {{"data", QByteArray("xy")}, {"requestId", 3}});
+        QVERIFY(!ZEKTMessageCodec::takeFileChunk(reordered));
+        QCOMPARE(ZEKTMessageCodec::decodeRequest(reordered).value.data, QByteArray("xy"));
+        // A length that does not match the body is not taken either.
+        ZEKTFrame cut = readAll(ZEKTMessageCodec::fileChunkFrame(1, 300).frame, 4096).first();
+        cut.body.chop(1);
+        QVERIFY(!ZEKTMessageCodec::takeFileChunk(cut));
+        QVERIFY(!ZEKTMessageCodec::decodeRequest(cut).error.isEmpty());
+
         r = {};
         r.kind = ZEKTRequest::Kind::fileEnd;
         r.sha256 = QByteArray(32, 's');

@@ -18,6 +18,7 @@
 #include <QCryptographicHash>
 #include <QFile>
 #include <QRandomGenerator>
+#include <QSemaphore>
 #include <QSignalSpy>
 
 class TestProtocolSession : public QObject {
@@ -91,6 +92,7 @@ private Q_SLOTS:
     {
         QFile::remove(ZEKTKnownAgents::path());
         ZEKT::resetProtocolTimingsForTesting();
+        ZEKT::resetTimeoutsForTesting();
         startServer();
     }
 
@@ -223,6 +225,47 @@ private Q_SLOTS:
         }
     }
 
+    void identityPromptStopsTheHandshakeClockAndNeverBlocksDisconnect()
+    {
+        const QString endpoint =
+            ZEKTKnownAgents::endpoint(QStringLiteral("127.0.0.1"), m_server->serverPort());
+        QVERIFY(!ZEKTKnownAgents::store(endpoint, QString(64, QLatin1Char('b'))));
+        ZEKT::TimeoutOverrides fast;
+        fast.handshake = 0.3;
+        ZEKT::setTimeoutsForTesting(fast);
+
+        // A prompt answered long after the handshake time-out still lets the session go on.
+        {
+            Recorder r;
+            auto client = newClient(r);
+            client->setOnServerIdentityMismatch([](const QString &, const QString &) {
+                QThread::msleep(900);
+                return true;
+            });
+            QCOMPARE(settle(client->connect()), QString());
+        }
+
+        // disconnect() returns while the prompt still waits, and its answer goes nowhere.
+        QVERIFY(!ZEKTKnownAgents::store(endpoint, QString(64, QLatin1Char('c'))));
+        QSemaphore asked, answer;
+        Recorder r;
+        auto client = newClient(r);
+        client->setOnServerIdentityMismatch([&](const QString &, const QString &) {
+            asked.release();
+            answer.acquire();
+            return true;
+        });
+        QFuture<void> connecting = client->connect();
+        QVERIFY(QTest::qWaitFor([&] { return asked.available() > 0; }, 5000));
+        const int calls = r.calls;
+        client->disconnect();
+        client.reset();
+        QVERIFY(!settle(connecting).isEmpty());
+        answer.release();
+        QTest::qWait(200);
+        QCOMPARE(r.calls.load(), calls);
+    }
+
     void commandsReachTheProvidersAndReportTheirResults()
     {
         Recorder r;
@@ -279,13 +322,18 @@ private Q_SLOTS:
     void filesArriveWithProgressAndVerdict_data()
     {
         QTest::addColumn<int>("size");
-        QTest::newRow("1 byte") << 1;
-        QTest::newRow("5 MiB") << 5 * 1024 * 1024;
+        QTest::addColumn<bool>("slowDisk");
+        QTest::newRow("1 byte") << 1 << false;
+        QTest::newRow("5 MiB") << 5 * 1024 * 1024 << false;
+        // The agent stops reading while chunks wait for the disk, and resumes.
+        QTest::newRow("5 MiB to a slow disk") << 5 * 1024 * 1024 << true;
     }
 
     void filesArriveWithProgressAndVerdict()
     {
         QFETCH(int, size);
+        QFETCH(bool, slowDisk);
+        m_files->slowWrites = slowDisk;
         QByteArray data(size, Qt::Uninitialized);
         for (int i = 0; i < size; ++i)
             data[i] = static_cast<char>(QRandomGenerator::global()->generate());

@@ -12,6 +12,7 @@
 #include "ZEKTMessageCodec.h"
 
 #include <QBuffer>
+#include <QProcess>
 #include <QSslConfiguration>
 #include <QSslSocket>
 #include <QTcpServer>
@@ -132,6 +133,46 @@ class TestProtocolWire : public QObject {
     }
 
 private Q_SLOTS:
+    // Runs the next test in a network namespace of its own, where even loopback is down.
+    void networkDownIsReportedAsWaitingThenFails()
+    {
+        QProcess child;
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert(QStringLiteral("ZEKT_TEST_NETWORK_DOWN"), QStringLiteral("1"));
+        child.setProcessEnvironment(env);
+        child.start(QStringLiteral("unshare"),
+                    {QStringLiteral("-rn"), QCoreApplication::applicationFilePath(),
+                     QStringLiteral("connectWithoutNetwork")});
+        if (!child.waitForFinished(30000))
+            QSKIP("unshare did not run");
+        const QByteArray output = child.readAllStandardOutput() + child.readAllStandardError();
+        if (child.exitCode() != 0 && output.contains("unshare"))
+            QSKIP("network namespaces are not permitted here");
+        QVERIFY2(child.exitCode() == 0, output.constData());
+        QVERIFY2(output.contains("PASS   : TestProtocolWire::connectWithoutNetwork()"),
+                 output.constData());
+    }
+
+    void connectWithoutNetwork()
+    {
+        if (qEnvironmentVariableIsEmpty("ZEKT_TEST_NETWORK_DOWN"))
+            QSKIP("runs inside networkDownIsReportedAsWaitingThenFails");
+        ZEKT::TimeoutOverrides fast;
+        fast.connection = 2.5;
+        ZEKT::setTimeoutsForTesting(fast);
+        Recorder r;
+        auto client = ZEKTClient::create(QStringLiteral("127.0.0.1"), 5905);
+        r.attach(*client);
+        const QString error = settle(client->connect());
+        QVERIFY2(error.contains(QStringLiteral("network is down")), qPrintable(error));
+        QMutexLocker l(&r.lock);
+        QCOMPARE(r.states.first().kind(), NetworkState::Kind::preparing);
+        QVERIFY(r.states.at(1).isNetworkDown());
+        QCOMPARE(r.states.at(1).errorCode(), ENETDOWN);
+        QCOMPARE(r.states.last().kind(), NetworkState::Kind::failed);
+        QCOMPARE(r.states.last().errorCode(), ENETDOWN);
+    }
+
     void initTestCase()
     {
         ZEKTKnownAgents::setPathForTesting(m_dir.filePath(QStringLiteral("known.json")));
