@@ -2,8 +2,11 @@
 
 #include "CredentialsFile.h"
 
+#include <QThread>
+
 FileCredentialVerifier::FileCredentialVerifier(QString path, LogFunction log)
-    : m_path(std::move(path)), m_log(std::move(log))
+    : m_path(std::move(path)), m_log(std::move(log)),
+      m_hashSlots(qMax(2, QThread::idealThreadCount()))
 {
 }
 
@@ -18,6 +21,8 @@ bool FileCredentialVerifier::verify(const QString &username, const QString &pass
         if (entry.user == username)
             found = entry;
     }
+    m_hashSlots.acquire();
+    const QSemaphoreReleaser slot(m_hashSlots);
     if (found)
         return CredentialsFile::matches(*found, password);
     // Same work for an unknown user as for a wrong password.

@@ -2,6 +2,7 @@
 
 #include "ZEKTCredentialVerifier.h"
 
+#include <QSemaphore>
 #include <functional>
 
 // Checks logins against a credentials file (read on every attempt, so a password set
@@ -17,4 +18,7 @@ public:
 private:
     QString m_path;
     LogFunction m_log;
+    // Each check holds 16 MiB for the hash: a fleet of agents logging in at once runs
+    // as many checks in parallel as there are cores, not hundreds.
+    QSemaphore m_hashSlots;
 };

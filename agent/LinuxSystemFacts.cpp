@@ -5,6 +5,7 @@
 #include <QFileInfo>
 #include <QSet>
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -146,7 +147,8 @@ std::optional<quint64> LinuxSystemFacts::parseUptime(const QByteArray &procUptim
     const QList<QByteArray> fields = procUptime.simplified().split(' ');
     bool ok = false;
     const double seconds = fields.value(0).toDouble(&ok);
-    if (!ok || seconds < 0)
+    // A bounded finite value: converting anything larger to an integer is undefined.
+    if (!ok || !std::isfinite(seconds) || seconds < 0 || seconds > 1e12)
         return std::nullopt;
     return quint64(seconds);
 }

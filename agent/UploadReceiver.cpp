@@ -57,8 +57,8 @@ QString UploadReceiver::safeFileName(const QString &remoteFileName)
             continue;
         clean.append(ch);
     }
-    clean = clean.trimmed();
-    while (clean.startsWith(QLatin1Char('.')))
+    // Leading dots and spaces in any order (". . x"), so nothing arrives hidden.
+    while (!clean.isEmpty() && (clean.front() == QLatin1Char('.') || clean.front().isSpace()))
         clean.remove(0, 1);
     clean = clean.trimmed();
     if (clean.isEmpty())

@@ -178,7 +178,8 @@ ZEKTCapturedFrame X11ScreenProvider::captureLocked(float quality, bool skipIfUnc
         return frame;
     }
     const xcb_setup_t *setup = xcb_get_setup(m_x.current());
-    if (setup->image_byte_order != XCB_IMAGE_ORDER_LSB_FIRST || m_x.screen()->root_depth < 24) {
+    if (setup->image_byte_order != XCB_IMAGE_ORDER_LSB_FIRST ||
+        (m_x.screen()->root_depth != 24 && m_x.screen()->root_depth != 32)) {
         frame.error = QStringLiteral("The X display uses a pixel format the agent cannot capture");
         return frame;
     }

@@ -293,7 +293,7 @@ int main(int argc, char *argv[])
     QThread::msleep(500);
     captureFigures(seconds);
     x11vncFigures(seconds, 3);
-    x11vncFigures(seconds, 6);
+    x11vncFigures(seconds, 4);
     animator.stop();
 
     QTemporaryDir work;

@@ -19,6 +19,11 @@
 #include <QTest>
 #include <turbojpeg.h>
 
+#ifdef TELVANE_AGENT_X11
+#include "XvfbServer.h"
+#include <xcb/xcb.h>
+#endif
+
 #include <sys/resource.h>
 #include <unistd.h>
 
@@ -410,6 +415,48 @@ private Q_SLOTS:
             clients[i]->disconnect();
         }
         QCOMPARE(serials.size(), 3);
+    }
+
+    void x11ModeServesTheDisplay()
+    {
+#ifdef TELVANE_AGENT_X11
+        if (!XvfbServer::available())
+            QSKIP("Xvfb is not installed; the X11 end-to-end test needs it");
+        XvfbServer xvfb;
+        QVERIFY(xvfb.start(1280, 800));
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert(QStringLiteral("DISPLAY"), xvfb.display());
+        env.remove(QStringLiteral("XDG_SESSION_TYPE"));
+        auto agent = extraAgent(QStringLiteral("x11"),
+                                {QStringLiteral("--port"), QStringLiteral("0")}, {}, env);
+        QVERIFY(agent);
+        Recorder r;
+        Frames frames;
+        auto c = client(agent->port(), r, true, &frames);
+        QVERIFY(c);
+        QTRY_VERIFY_WITH_TIMEOUT(r.count(QStringLiteral("SystemStatsMessage")) >= 1, 10000);
+        const auto s = r.all<SystemStatsMessage>().first();
+        QCOMPARE(s->screenCaptureAuthorized, std::optional<bool>(true));
+        QCOMPARE(s->accessibilityAuthorized, std::optional<bool>(true));
+        QCOMPARE(s->mainDisplayResolution, std::optional<QString>(QStringLiteral("1280x800")));
+
+        QCOMPARE(settle(c->requestScreenCapture(1)), QString());
+        QTRY_COMPARE(frames.size(), 1);
+        QCOMPARE(frames.list.first().displayWidth, 1280u);
+        QCOMPARE(settle(c->sendMouseMoveEvent(300, 800 - 200, 0, 0)), QString());
+        qputenv("DISPLAY", xvfb.display().toLocal8Bit());
+        xcb_connection_t *x = xcb_connect(nullptr, nullptr);
+        const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(x)).data->root;
+        auto *pointer = xcb_query_pointer_reply(x, xcb_query_pointer(x, root), nullptr);
+        QVERIFY(pointer);
+        QCOMPARE(int(pointer->root_x), 300);
+        QCOMPARE(int(pointer->root_y), 200);
+        std::free(pointer);
+        xcb_disconnect(x);
+        c->disconnect();
+#else
+        QSKIP("built without X11");
+#endif
     }
 
     void stopSendsADisconnectWithTheReason()

@@ -37,6 +37,8 @@ TEST(LinuxSystemFacts, MemoryUptimeAndOsRelease)
 
     EXPECT_EQ(F::parseUptime("12345.67 999.0\n"), 12345u);
     EXPECT_FALSE(F::parseUptime("garbage"));
+    EXPECT_FALSE(F::parseUptime("4.4e124 1"));
+    EXPECT_FALSE(F::parseUptime("inf 1"));
 
     EXPECT_EQ(F::parseOsRelease("NAME=\"Debian GNU/Linux\"\nPRETTY_NAME=\"Debian GNU/Linux 12 "
                                 "(bookworm)\"\n"),

@@ -37,6 +37,7 @@ TEST(UploadReceiver, NamesAreReducedToASafeLastComponent)
     EXPECT_EQ(UploadReceiver::safeFileName("dir/"), "upload");
     EXPECT_EQ(UploadReceiver::safeFileName(".bashrc"), "bashrc");
     EXPECT_EQ(UploadReceiver::safeFileName(" ..hidden "), "hidden");
+    EXPECT_EQ(UploadReceiver::safeFileName(". . .x"), "x");
     const QString longName = QString(300, QLatin1Char('x')) + ".tar";
     const QString shortened = UploadReceiver::safeFileName(longName);
     EXPECT_LE(shortened.toUtf8().size(), 240);
