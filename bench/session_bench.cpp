@@ -4,6 +4,7 @@
 // to /dev/null (the log mirrors every line there); figures go to stderr:
 //   tests/run-isolated.sh build/bench/session_bench --fleet 200 > /dev/null
 #include "FakeZEKTClient.h"
+#include "model/LogManager.h"
 #include "platform/NotificationHub.h"
 #include "protocol/ScreenCaptureMessage.h"
 #include "session/ScreenImageDecoder.h"
@@ -12,7 +13,6 @@
 #include "session/ZEKTManager.h"
 #include "state/AppState.h"
 
-#include <QAbstractEventDispatcher>
 #include <QBuffer>
 #include <QCommandLineParser>
 #include <QElapsedTimer>
@@ -22,10 +22,14 @@
 #include <QLinearGradient>
 #include <QPainter>
 #include <QProcess>
+#include <QTcpSocket>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QThread>
+#include <QTimer>
 #include <algorithm>
 #include <cstdio>
+#include <ctime>
 
 namespace {
 
@@ -65,14 +69,21 @@ double median(std::vector<double> values)
     return values.empty() ? 0 : values[values.size() / 2];
 }
 
+// CPU time used by the calling thread, in nanoseconds.
+qint64 threadCpuNs()
+{
+    timespec now{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+    return qint64(now.tv_sec) * 1000000000 + now.tv_nsec;
+}
+
 template <typename F> double medianMs(int runs, F &&f)
 {
     std::vector<double> times;
     for (int i = 0; i < runs; ++i) {
-        QElapsedTimer t;
-        t.start();
+        const qint64 start = threadCpuNs();
         f(i);
-        times.push_back(double(t.nsecsElapsed()) / 1e6);
+        times.push_back(double(threadCpuNs() - start) / 1e6);
     }
     return median(times);
 }
@@ -89,27 +100,36 @@ double residentMegabytes()
     return 0;
 }
 
-// Time the main thread spends between waking up and blocking again.
-struct BusyMeter {
-    explicit BusyMeter(QAbstractEventDispatcher *dispatcher)
-    {
-        QObject::connect(dispatcher, &QAbstractEventDispatcher::awake, [this] {
-            if (!awake) {
-                awake = true;
-                slice.start();
-            }
-        });
-        QObject::connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, [this] {
-            if (awake) {
-                awake = false;
-                busyNs += slice.nsecsElapsed();
-            }
-        });
-    }
-    bool awake = false;
-    QElapsedTimer slice;
-    qint64 busyNs = 0;
-};
+// Runs the main event loop (so the dispatcher's sleep and wake-up are seen) until `done`
+// or the time-out; true when `done` became true.
+template <typename F> bool runEventLoopUntil(F &&done, int timeoutMs)
+{
+    QEventLoop loop;
+    QTimer poll;
+    QObject::connect(&poll, &QTimer::timeout, &loop, [&] {
+        if (done())
+            loop.quit();
+    });
+    poll.start(20);
+    QTimer::singleShot(timeoutMs, &loop, &QEventLoop::quit);
+    if (!done())
+        loop.exec();
+    return done();
+}
+
+void runEventLoopFor(int ms)
+{
+    QEventLoop loop;
+    QTimer::singleShot(ms, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+bool accepts(quint16 port)
+{
+    QTcpSocket socket;
+    socket.connectToHost(QStringLiteral("127.0.0.1"), port);
+    return socket.waitForConnected(200);
+}
 
 void framePipeline(int frames)
 {
@@ -138,20 +158,20 @@ void framePipeline(int frames)
     QObject::connect(&NotificationHub::shared(), &NotificationHub::notificationPosted,
                      [&posted] { ++posted; });
 
-    // Interleaved, so both see the same machine load.
+    // Main-thread CPU time, so other processes on a busy machine do not count; interleaved,
+    // so both see the same cache and memory load.
     std::vector<double> pipeline, bareDecode, pipelineDecode, thumbnail;
     for (int i = 0; i < frames; ++i) {
         const auto message = std::make_shared<ScreenCaptureMessage>(
             0, QByteArray(jpeg.constData(), jpeg.size()), QStringLiteral("jpeg"), 0.5f, i,
             std::nullopt, 1920, 1080);
-        QElapsedTimer t;
-        t.start();
+        const qint64 start = threadCpuNs();
         const int before = posted;
         fake->sendMessage(message);
         while (posted == before)
             QCoreApplication::processEvents();
         QCoreApplication::processEvents(); // the log appends of this frame
-        pipeline.push_back(double(t.nsecsElapsed()) / 1e6);
+        pipeline.push_back(double(threadCpuNs() - start) / 1e6);
         bareDecode.push_back(medianMs(1, [&](int) { bare.decode(jpeg); }));
         pipelineDecode.push_back(medianMs(1, [&](int) { decoder.decode(jpeg); }));
         thumbnail.push_back(medianMs(1, [&](int) { thumbnailer.createThumbnail(decoded, 640); }));
@@ -187,7 +207,12 @@ void fleet(int count, int seconds)
                   "127.0.0.1", "--auth", "file", "--credentials-file", credentials, "--config-dir",
                   dir.filePath("config"), "--uploads-dir", dir.path()});
     agents.waitForStarted();
-    QTest::qWait(3000); // the agents generate their identities and start listening
+    QElapsedTimer starting;
+    starting.start();
+    while (!accepts(quint16(firstPort + count - 1)) && starting.elapsed() < 120000)
+        QThread::msleep(100);
+    std::fprintf(stderr, "  (the fleet listened after %.1f s)\n",
+                 double(starting.elapsed()) / 1000.0);
 
     const double rssBefore = residentMegabytes();
     AppState state;
@@ -204,32 +229,50 @@ void fleet(int count, int seconds)
     state.setComputers(computers);
     state.saveComputers();
 
-    BusyMeter meter(QAbstractEventDispatcher::instance());
     QElapsedTimer clock;
     clock.start();
+    const qint64 cpuBefore = threadCpuNs();
     for (const RemoteComputer &c : computers)
         state.zektManager().connectToComputer(c);
     const auto connectedCount = [&] {
         return std::count_if(state.computers().begin(), state.computers().end(),
                              [](const RemoteComputer &c) { return c.isConnected; });
     };
-    (void)QTest::qWaitFor([&] { return connectedCount() == count; }, 120000);
+    // The agents check passwords with a deliberately slow key derivation; the time until
+    // every session has finished its handshake shows the console's own share.
+    const auto handshakes = [] {
+        return LogManager::shared()
+            .logs()
+            .filter(QStringLiteral("] Starting authentication for"))
+            .size();
+    };
+    double handshakeSeconds = -1;
+    runEventLoopUntil(
+        [&] {
+            if (handshakeSeconds < 0 && handshakes() >= count)
+                handshakeSeconds = double(clock.elapsed()) / 1000.0;
+            return connectedCount() == count;
+        },
+        60000);
     const double connectSeconds = double(clock.elapsed()) / 1000.0;
+    const double connectCpuSeconds = double(threadCpuNs() - cpuBefore) / 1e9;
     const auto connected = connectedCount();
 
-    QTest::qWait(2000); // let the connection burst settle
-    const qint64 busyBefore = meter.busyNs;
+    runEventLoopFor(2000); // let the connection burst settle
+    const qint64 busyBefore = threadCpuNs();
     QElapsedTimer window;
     window.start();
-    QTest::qWait(seconds * 1000);
-    const double busy = double(meter.busyNs - busyBefore) / double(window.nsecsElapsed());
+    runEventLoopFor(seconds * 1000);
+    const double busy = double(threadCpuNs() - busyBefore) / double(window.nsecsElapsed());
     std::fprintf(stderr,
                  "Fleet of %d simulated agents (statistics every 5 s), one manager:\n"
-                 "  connected: %lld of %d after %.2f s (goal <= 10 s)\n"
-                 "  main thread busy while statistics arrive: %.2f %% over %d s (goal <= 5 %%)\n"
+                 "  connected: %lld of %d after %.2f s (goal <= 10 s); every handshake done "
+                 "after %.2f s; main-thread CPU for it all %.2f s\n"
+                 "  main thread busy (its CPU time) while statistics arrive: %.2f %% over %d s "
+                 "(goal <= 5 %%)\n"
                  "  resident memory: %.1f MB before the fleet, %.1f MB with it (goal <= 200 MB)\n",
-                 count, qint64(connected), count, connectSeconds, busy * 100.0, seconds, rssBefore,
-                 residentMegabytes());
+                 count, qint64(connected), count, connectSeconds, handshakeSeconds,
+                 connectCpuSeconds, busy * 100.0, seconds, rssBefore, residentMegabytes());
     for (const RemoteComputer &c : computers)
         state.zektManager().disconnectFromComputer(c);
     agents.terminate();

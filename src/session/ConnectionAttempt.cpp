@@ -47,6 +47,8 @@ void ConnectionAttempt::cancel()
     m_cancelled = true;
     m_settled = true;
     m_deadline.stop();
+    m_connected = {};
+    m_finished = {};
 }
 
 void ConnectionAttempt::settle(const std::optional<QString> &error)
@@ -55,7 +57,6 @@ void ConnectionAttempt::settle(const std::optional<QString> &error)
         return;
     m_settled = true;
     m_deadline.stop();
-    // The callback may drop the last reference to this attempt.
     Finished finished = std::move(m_finished);
     finished(error);
 }

@@ -18,6 +18,9 @@ public:
     // Empty bytes when the image has no area or no encoder worked. Logs the outcome.
     QByteArray createThumbnail(const QImage &image, int maximumDimension) const;
 
+    // The whole image drawn at the given size with area averaging; cheap for the usual
+    // screen sizes (halving, then two thirds, before any general smooth scaling).
+    static QImage scale(const QImage &image, int width, int height);
     static QByteArray encodeJpeg(const QImage &image);
     static QByteArray encodePng(const QImage &image);
     // Tests replace the JPEG encoder to reach the PNG fallback.

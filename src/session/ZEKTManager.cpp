@@ -195,10 +195,7 @@ void ZEKTManager::connectToComputer(const RemoteComputer &computer)
     installHandlers(client, computer);
 
     const double deadline = connectionDeadline();
-    // Deleted through the event loop: the attempt may be released inside its own callback.
-    std::shared_ptr<ConnectionAttempt> attempt(
-        new ConnectionAttempt(generation, client, computer, deadline),
-        [](ConnectionAttempt *a) { a->deleteLater(); });
+    auto attempt = std::make_shared<ConnectionAttempt>(generation, client, computer, deadline);
     m_connectionTasks.insert(id, attempt);
     QMetaObject::invokeMethod(
         this, [this, attempt] { runAttempt(attempt); }, Qt::QueuedConnection);
@@ -255,7 +252,11 @@ void ZEKTManager::runAttempt(const std::shared_ptr<ConnectionAttempt> &attempt)
             log(QStringLiteral("Connection and handshake completed to ") + label);
             log(QStringLiteral("Starting authentication for ") + label, "AUTH");
         },
-        [this, attempt](const std::optional<QString> &error) { attemptFinished(attempt, error); });
+        [this,
+         weak = std::weak_ptr<ConnectionAttempt>(attempt)](const std::optional<QString> &error) {
+            if (const auto current = weak.lock())
+                attemptFinished(current, error);
+        });
 }
 
 void ZEKTManager::attemptFinished(const std::shared_ptr<ConnectionAttempt> &attempt,
@@ -290,9 +291,15 @@ void ZEKTManager::attemptFinished(const std::shared_ptr<ConnectionAttempt> &atte
 
 void ZEKTManager::removeConnectionTask(const std::shared_ptr<ConnectionAttempt> &attempt)
 {
-    const QUuid id = attempt->computer().id;
-    if (m_connectionTasks.value(id) == attempt)
-        m_connectionTasks.remove(id);
+    // Called from the attempt's own callback: it is released once that has returned.
+    QMetaObject::invokeMethod(
+        this,
+        [this, attempt] {
+            const QUuid id = attempt->computer().id;
+            if (m_connectionTasks.value(id) == attempt)
+                m_connectionTasks.remove(id);
+        },
+        Qt::QueuedConnection);
 }
 
 void ZEKTManager::finishConnectionAttempt(const QUuid &id, bool connected,
@@ -391,7 +398,13 @@ void ZEKTManager::handleConnectionState(const NetworkState &state, const QUuid &
     case NetworkState::Kind::failed:
     case NetworkState::Kind::cancelled:
         QMetaObject::invokeMethod(
-            this, [this, id] { handleDisconnection(id); }, Qt::QueuedConnection);
+            this,
+            [this, id, client] {
+                // A newer attempt may have taken over meanwhile; it is not torn down.
+                if (isRegistered(id, client))
+                    handleDisconnection(id);
+            },
+            Qt::QueuedConnection);
         log(QStringLiteral("Client disconnected from server for ") + name);
         break;
     case NetworkState::Kind::ready:

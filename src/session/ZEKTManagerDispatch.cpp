@@ -58,7 +58,12 @@ void ZEKTManager::handleMessage(const ZEKTMessagePtr &message, const QUuid &id,
                 disconnect->reason,
             "CONNECT");
         QMetaObject::invokeMethod(
-            this, [this, id] { handleDisconnectMessage(id); }, Qt::QueuedConnection);
+            this,
+            [this, id, client] {
+                if (isRegistered(id, client))
+                    handleDisconnectMessage(id);
+            },
+            Qt::QueuedConnection);
     } else if (dynamic_cast<const HeartbeatMessage *>(m)) {
         log(QStringLiteral("Heartbeat received from ") + name, "HEARTBEAT");
     } else if (dynamic_cast<const HeartbeatResponseMessage *>(m)) {

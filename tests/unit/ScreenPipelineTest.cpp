@@ -8,6 +8,7 @@
 #include <QBuffer>
 #include <QFile>
 #include <QSignalSpy>
+#include <cmath>
 
 namespace {
 
@@ -63,6 +64,24 @@ private Q_SLOTS:
             const QColor centre = QImage::fromData(jpeg).pixelColor(expected.width() / 2, 10);
             QVERIFY(qAbs(centre.red() - 200) < 6 && qAbs(centre.blue() - 10) < 6);
         }
+        // The fast shrinking paths agree with Qt's smooth scaler on a busy picture.
+        QImage busy(1920, 1080, QImage::Format_RGB32);
+        for (int y = 0; y < busy.height(); ++y)
+            for (int x = 0; x < busy.width(); ++x)
+                busy.setPixel(x, y,
+                              qRgb(128 + 100 * std::sin(x / 5.0), 128 + 100 * std::cos(y / 5.0),
+                                   128 + 100 * std::sin((x + y) / 7.0)));
+        const QImage fast = Thumbnailer::scale(busy, 640, 360);
+        const QImage reference =
+            busy.scaled(640, 360, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        int worst = 0;
+        for (int y = 0; y < 360; ++y)
+            for (int x = 0; x < 640; ++x)
+                for (const int shift : {0, 8, 16})
+                    worst = qMax(worst, qAbs(int(fast.pixel(x, y) >> shift & 0xFF) -
+                                             int(reference.pixel(x, y) >> shift & 0xFF)));
+        QVERIFY2(worst <= 8, qPrintable(QString::number(worst)));
+
         LogLines::clear();
         QVERIFY(thumbnailer.createThumbnail(QImage(), 640).isEmpty());
         QCOMPARE(LogLines::count("ERROR", "Invalid image size: 0x0"), 1);
