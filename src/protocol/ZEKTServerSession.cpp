@@ -264,7 +264,7 @@ void ZEKTServerSession::onCommand(const ZEKTRequest &request)
 {
     switch (request.kind) {
     case ZEKTRequest::Kind::screenCapture:
-        captureOnce(request.requestId);
+        captureOnce(request.requestId, request.displayID);
         return;
     case ZEKTRequest::Kind::startStreaming:
         startStream(request);
@@ -298,16 +298,16 @@ void ZEKTServerSession::onCommand(const ZEKTRequest &request)
 
 // ---- screen -----------------------------------------------------------------------------
 
-void ZEKTServerSession::sendImage(const QByteArray &jpeg, quint32 width, quint32 height,
-                                  float quality)
+void ZEKTServerSession::sendImage(quint32 displayID, const QByteArray &jpeg, quint32 width,
+                                  quint32 height, float quality)
 {
     ++m_frameNumber;
-    send(ScreenCaptureMessage(
-        m_stream.displayID, jpeg, QStringLiteral("jpeg"), quality, m_frameNumber,
-        m_stream.active ? std::optional(++m_stream.sequence) : std::nullopt, width, height));
+    send(ScreenCaptureMessage(displayID, jpeg, QStringLiteral("jpeg"), quality, m_frameNumber,
+                              m_stream.active ? std::optional(++m_stream.sequence) : std::nullopt,
+                              width, height));
 }
 
-void ZEKTServerSession::captureOnce(quint64 requestId)
+void ZEKTServerSession::captureOnce(quint64 requestId, quint32 displayID)
 {
     if (!m_context->screen) {
         result(requestId, tr("Screen capture is not available on this agent"));
@@ -318,7 +318,7 @@ void ZEKTServerSession::captureOnce(quint64 requestId)
         [screen = m_context->screen] {
             return screen->capture(ZEKT::screenCaptureQuality, false, 0);
         },
-        [this, requestId](ZEKTCapturedFrame frame) {
+        [this, requestId, displayID](ZEKTCapturedFrame frame) {
             if (m_phase != Phase::open)
                 return;
             if (frame.status != ZEKTCapturedFrame::Status::ok) {
@@ -326,7 +326,9 @@ void ZEKTServerSession::captureOnce(quint64 requestId)
                        frame.error.isEmpty() ? tr("Screen capture failed") : frame.error);
                 return;
             }
-            sendImage(frame.imageData, frame.width, frame.height, ZEKT::screenCaptureQuality);
+            // The identifier is the console's own; it is echoed so the reply matches it.
+            sendImage(displayID, frame.imageData, frame.width, frame.height,
+                      ZEKT::screenCaptureQuality);
             result(requestId, std::nullopt);
         });
 }
@@ -371,7 +373,8 @@ void ZEKTServerSession::startStream(const ZEKTRequest &request)
                 result(requestId, std::nullopt);
                 return;
             }
-            sendImage(frame.imageData, frame.width, frame.height, m_stream.quality);
+            sendImage(m_stream.displayID, frame.imageData, frame.width, frame.height,
+                      m_stream.quality);
             m_stream.inFlight.insert(m_frameNumber);
             result(requestId, std::nullopt);
             streamTick();
@@ -418,7 +421,8 @@ void ZEKTServerSession::streamTick()
                 return;
             }
             if (frame.status == ZEKTCapturedFrame::Status::ok) {
-                sendImage(frame.imageData, frame.width, frame.height, m_stream.quality);
+                sendImage(m_stream.displayID, frame.imageData, frame.width, frame.height,
+                          m_stream.quality);
                 m_stream.inFlight.insert(m_frameNumber);
             }
             streamTick();

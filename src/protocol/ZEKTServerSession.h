@@ -48,11 +48,12 @@ private:
     void result(quint64 requestId, const std::optional<QString> &error);
     void protocolError(const QString &description);
 
-    void captureOnce(quint64 requestId);
+    void captureOnce(quint64 requestId, quint32 displayID);
     void startStream(const ZEKTRequest &request);
     void stopStream();
     void streamTick();
-    void sendImage(const QByteArray &jpeg, quint32 width, quint32 height, float quality);
+    void sendImage(quint32 displayID, const QByteArray &jpeg, quint32 width, quint32 height,
+                   float quality);
     void pushStats();
     void input(const ZEKTRequest &request);
 

@@ -271,10 +271,11 @@ private Q_SLOTS:
         Recorder r;
         auto client = loggedIn(r);
         QVERIFY(client);
-        QCOMPARE(settle(client->requestScreenCapture(0)), QString());
-        // The image is delivered before the command completes.
+        QCOMPARE(settle(client->requestScreenCapture(424242)), QString());
+        // The image is delivered before the command completes, with the caller's display.
         auto images = r.all<ScreenCaptureMessage>();
         QCOMPARE(images.size(), 1);
+        QCOMPARE(images.first()->displayID, 424242u);
         QCOMPARE(images.first()->imageData.size(), 1000);
         QCOMPARE(images.first()->displayWidth, 1920u);
         QCOMPARE(images.first()->imageFormat, QStringLiteral("jpeg"));
