@@ -30,6 +30,13 @@ TEST(CredentialsFile, SetPasswordAndVerify)
     EXPECT_FALSE(verifier.verify("mallory", "other"));
     EXPECT_TRUE(log.isEmpty());
 
+    // A remembered login never outlives a password change, nor vouches for another one.
+    EXPECT_TRUE(verifier.verify("bob", "other"));
+    EXPECT_FALSE(verifier.verify("bob", "other2"));
+    ASSERT_FALSE(CredentialsFile::setPassword(path, "bob", "changed"));
+    EXPECT_FALSE(verifier.verify("bob", "other"));
+    EXPECT_TRUE(verifier.verify("bob", "changed"));
+
     FileCredentialVerifier missing(dir.path() + "/none", [&](const QString &l) { log << l; });
     EXPECT_FALSE(missing.verify("alice", "new secret"));
     EXPECT_EQ(log.size(), 1);
