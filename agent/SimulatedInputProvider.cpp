@@ -6,18 +6,23 @@
 
 SimulatedInputProvider::SimulatedInputProvider(LogFunction log) : m_log(std::move(log)) {}
 
+bool SimulatedInputProvider::notePointer(double x, double y)
+{
+    if (!std::isfinite(x) || !std::isfinite(y))
+        return false;
+    QMutexLocker lock(&m_mutex);
+    m_state.hasPointer = true;
+    m_state.x = x;
+    m_state.y = y;
+    ++m_state.eventCount;
+    return true;
+}
+
 std::optional<QString> SimulatedInputProvider::mouseButton(double x, double y, int button,
                                                            bool pressed)
 {
-    if (!std::isfinite(x) || !std::isfinite(y))
+    if (!notePointer(x, y))
         return QStringLiteral("Invalid pointer position");
-    {
-        QMutexLocker lock(&m_mutex);
-        m_state.hasPointer = true;
-        m_state.x = x;
-        m_state.y = y;
-        ++m_state.eventCount;
-    }
     m_log(QStringLiteral("input: mouse button %1 %2 at (%3, %4)")
               .arg(button)
               .arg(pressed ? QStringLiteral("down") : QStringLiteral("up"))
@@ -29,15 +34,8 @@ std::optional<QString> SimulatedInputProvider::mouseButton(double x, double y, i
 std::optional<QString> SimulatedInputProvider::mouseMove(double x, double y, double deltaX,
                                                          double deltaY)
 {
-    if (!std::isfinite(x) || !std::isfinite(y))
+    if (!notePointer(x, y))
         return QStringLiteral("Invalid pointer position");
-    {
-        QMutexLocker lock(&m_mutex);
-        m_state.hasPointer = true;
-        m_state.x = x;
-        m_state.y = y;
-        ++m_state.eventCount;
-    }
     m_log(QStringLiteral("input: mouse move to (%1, %2) delta (%3, %4)")
               .arg(x)
               .arg(y)

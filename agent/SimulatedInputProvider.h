@@ -27,6 +27,9 @@ public:
     Snapshot snapshot() const;
 
 private:
+    // Records a pointer event at (x, y); false for a position that is not a number.
+    bool notePointer(double x, double y);
+
     LogFunction m_log;
     mutable QMutex m_mutex; // guards m_state
     Snapshot m_state;
