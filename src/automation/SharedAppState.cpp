@@ -11,6 +11,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QSettings>
 #include <QVariantMap>
 #include <cerrno>
@@ -107,7 +108,10 @@ std::optional<Error> SharedAppState::stageUpload(const QString &sourcePath, cons
         return AppIntentUploadError::make(AppIntentUploadError::sharedDirectoryUnavailable);
     const QString destination = QDir(directory).filePath(QStringLiteral("appintents_upload_") +
                                                          UuidText::format(QUuid::createUuid()));
-    if (!QDir().mkpath(directory))
+    // Staged copies may be private documents: the shared container is for the user alone.
+    errno = 0;
+    if (!SettingsFiles::makePrivateFolder(QFileInfo(directory).absolutePath()) ||
+        !QDir().mkpath(directory))
         return posixError(errno ? errno : EACCES, directory);
 
     QFile source(sourcePath);

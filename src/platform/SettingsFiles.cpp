@@ -30,7 +30,21 @@ void fsyncPath(const QString &path)
     ::close(fd);
 }
 
+// The computer list holds passwords: its folder and file are for the user alone.
+constexpr QFile::Permissions ownerOnlyFolder =
+    QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
+constexpr QFile::Permissions ownerOnlyFile = QFile::ReadOwner | QFile::WriteOwner;
+
 } // namespace
+
+bool makePrivateFolder(const QString &path)
+{
+    if (!QDir().mkpath(path))
+        return false;
+    if ((QFile::permissions(path) & ~ownerOnlyFolder) != 0)
+        QFile::setPermissions(path, ownerOnlyFolder);
+    return true;
+}
 
 std::unique_ptr<QSettings> openStandard()
 {
@@ -50,7 +64,7 @@ QString sharedSuitePath()
 std::unique_ptr<QSettings> openSharedSuite()
 {
     const QString path = sharedSuitePath();
-    if (!QDir().mkpath(QFileInfo(path).absolutePath()))
+    if (!makePrivateFolder(QFileInfo(path).absolutePath()))
         return nullptr;
     auto suite = openSuiteAt(path);
     if (suite->status() == QSettings::FormatError) {
@@ -67,6 +81,8 @@ void syncDurably(QSettings &settings)
 {
     settings.sync();
     const QFileInfo info(settings.fileName());
+    if (info.exists() && (info.permissions() & ~ownerOnlyFile & 0x0fff) != 0)
+        QFile::setPermissions(info.absoluteFilePath(), ownerOnlyFile);
     fsyncPath(info.absoluteFilePath());
     fsyncPath(info.absolutePath());
 }

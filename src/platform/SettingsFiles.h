@@ -19,7 +19,12 @@ std::unique_ptr<QSettings> openStandard();
 std::unique_ptr<QSettings> openSharedSuite();
 QString sharedSuitePath();
 
-// QSettings::sync() plus an fsync of the file and its folder.
+// Creates a folder (with its parents) readable by the user alone; false when it cannot
+// be created.
+bool makePrivateFolder(const QString &path);
+
+// QSettings::sync() plus an fsync of the file and its folder; the file is kept readable
+// by the user alone.
 void syncDurably(QSettings &settings);
 
 // Every write of the shared suite goes through here. QSettings notices another process's

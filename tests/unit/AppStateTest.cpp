@@ -94,6 +94,12 @@ private Q_SLOTS:
             QVERIFY(stored && stored->size() == 1);
             QVERIFY(!stored->at(0).isConnected && !stored->at(0).isConnecting);
             QVERIFY(!stored->at(0).lastError && !stored->at(0).thumbnailImage);
+            // The list holds passwords: nobody but the user may read it.
+            const QFileInfo suite(SettingsFiles::sharedSuitePath());
+            const auto others = QFile::ReadGroup | QFile::ReadOther | QFile::WriteGroup |
+                                QFile::WriteOther | QFile::ExeGroup | QFile::ExeOther;
+            QCOMPARE(suite.permissions() & others, QFile::Permissions());
+            QCOMPARE(QFileInfo(suite.absolutePath()).permissions() & others, QFile::Permissions());
         }
         AppState restarted;
         QCOMPARE(restarted.computers().size(), 1);

@@ -112,6 +112,12 @@ private Q_SLOTS:
         QVERIFY(UuidText::parse(staged.fileName().mid(18)));
         QCOMPARE(staged.size(), 2);
         QCOMPARE(QDir(state.uploadDirectory()).entryList(QDir::Files).size(), 2);
+        // Staged copies may be private documents: the container is the user's alone.
+        const auto others = QFile::ReadGroup | QFile::ReadOther | QFile::ExeGroup |
+                            QFile::ExeOther | QFile::WriteGroup | QFile::WriteOther;
+        QCOMPARE(QFileInfo(QFileInfo(state.uploadDirectory()).absolutePath()).permissions() &
+                     others,
+                 QFile::Permissions());
     }
 
     void withoutSuiteTheCopyIsMadeButNothingQueued()
