@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QMutex>
 #include <QThread>
+#include <openssl/crypto.h>
 
 namespace {
 QMutex g_lock;
@@ -40,6 +41,12 @@ QThread *ZEKTIoThreads::next()
         // Emitted on the stopping thread, whose last act is to run deferred deletes.
         QObject::connect(thread, &QThread::finished, keeper, &QObject::deleteLater,
                          Qt::DirectConnection);
+        // OpenSSL frees a thread's random generators from a thread-local destructor, which
+        // may run after QThread::wait() has returned and the process has begun to exit;
+        // free them here, on the finishing thread, instead.
+        QObject::connect(
+            thread, &QThread::finished, keeper, [] { OPENSSL_thread_stop(); },
+            Qt::DirectConnection);
         g_threads[index] = thread;
         g_keepers[index] = keeper;
         thread->start();
