@@ -20,16 +20,6 @@
 
 namespace {
 
-QList<RemoteComputer> readList(QSettings *settings, const QString &key)
-{
-    if (!settings)
-        return {};
-    const QVariant blob = settings->value(key);
-    if (!blob.isValid())
-        return {};
-    return ComputerJson::decodeList(blob.toByteArray()).value_or(QList<RemoteComputer>{});
-}
-
 Error posixError(int code, const QString &path)
 {
     return Error{QStringLiteral("POSIX"), code,
@@ -61,8 +51,10 @@ QList<RemoteComputer> SharedAppState::loadComputers()
     if (!m_userDefaults)
         return {};
     m_userDefaults->sync();
-    if (m_legacyUserDefaults && readList(m_userDefaults.get(), computersKey).isEmpty()) {
-        const QList<RemoteComputer> legacy = readList(m_legacyUserDefaults.get(), computersKey);
+    if (m_legacyUserDefaults &&
+        ComputerJson::decodeStoredList(m_userDefaults->value(computersKey)).isEmpty()) {
+        const QList<RemoteComputer> legacy =
+            ComputerJson::decodeStoredList(m_legacyUserDefaults->value(computersKey));
         if (!legacy.isEmpty()) {
             const QByteArray data = ComputerJson::encodeList(legacy);
             if (!data.isEmpty()) {
@@ -72,7 +64,7 @@ QList<RemoteComputer> SharedAppState::loadComputers()
             }
         }
     }
-    return readList(m_userDefaults.get(), computersKey);
+    return ComputerJson::decodeStoredList(m_userDefaults->value(computersKey));
 }
 
 std::optional<RemoteComputer> SharedAppState::findComputer(const QString &named)

@@ -320,6 +320,13 @@ void setError(QString *error, const QString &message)
 
 } // namespace
 
+QList<RemoteComputer> decodeStoredList(const QVariant &stored)
+{
+    if (!stored.isValid())
+        return {};
+    return decodeList(stored.toByteArray()).value_or(QList<RemoteComputer>{});
+}
+
 double toReferenceSeconds(const QDateTime &time)
 {
     return double(time.toMSecsSinceEpoch()) / 1000.0 - referenceOffset;

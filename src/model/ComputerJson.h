@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 #include <QList>
+#include <QVariant>
 #include <optional>
 
 // JSON form of computer records: keys in declaration order, absent optionals omitted,
@@ -19,6 +20,9 @@ QByteArray encode(const RemoteComputer &computer, QString *error = nullptr);
 // Any failing record fails the whole list.
 std::optional<QList<RemoteComputer>> decodeList(const QByteArray &json, QString *error = nullptr);
 std::optional<RemoteComputer> decode(const QByteArray &json, QString *error = nullptr);
+// A list as stored in a preference store: empty when the value is absent or does not
+// decode.
+QList<RemoteComputer> decodeStoredList(const QVariant &stored);
 
 // Seconds since 2001-01-01 00:00:00 UTC.
 double toReferenceSeconds(const QDateTime &time);

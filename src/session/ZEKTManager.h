@@ -98,6 +98,8 @@ Q_SIGNALS:
 private:
     void setClient(const QUuid &id, std::shared_ptr<ZEKTClient> client);
     void removeClient(const QUuid &id);
+    // Shared first step of both stop variants: log it and stop accepting streamed frames.
+    void stopWantingStream(const QUuid &id, const QString &label);
     void runAttempt(const std::shared_ptr<ConnectionAttempt> &attempt);
     void attemptFinished(const std::shared_ptr<ConnectionAttempt> &attempt,
                          const std::optional<QString> &error);

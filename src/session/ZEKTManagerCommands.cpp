@@ -85,14 +85,7 @@ void ZEKTManager::stopRemoteControlStreaming(const RemoteComputer &computer)
             "ERROR");
         return;
     }
-    log(QStringLiteral("Found active client for ") + label +
-            QStringLiteral(", sending disconnect message"),
-        "SCREEN");
-    {
-        std::lock_guard lock(m_connectionLock);
-        m_streamingComputers.remove(id);
-    }
-    DecodedFrameCache::shared().remove(id);
+    stopWantingStream(id, label);
     log(QStringLiteral("Calling client.stopContinuousStreaming() for ") + label, "SCREEN");
     FutureCallbacks::observe(
         client->stopContinuousStreaming(), this,
@@ -105,6 +98,19 @@ void ZEKTManager::stopRemoteControlStreaming(const RemoteComputer &computer)
                     error,
                 "ERROR");
         });
+}
+
+void ZEKTManager::stopWantingStream(const QUuid &id, const QString &label)
+{
+    log(QStringLiteral("Found active client for ") + label +
+            QStringLiteral(", sending disconnect message"),
+        "SCREEN");
+    {
+        std::lock_guard lock(m_connectionLock);
+        m_streamingComputers.remove(id);
+    }
+    // From now on streamed images are dropped.
+    DecodedFrameCache::shared().remove(id);
 }
 
 std::optional<Error> ZEKTManager::stopRemoteControlStreamingSync(const RemoteComputer &computer)
@@ -120,14 +126,7 @@ std::optional<Error> ZEKTManager::stopRemoteControlStreamingSync(const RemoteCom
         return Error{QStringLiteral("ZEKTManager"), -1,
                      QStringLiteral("No active client for computer")};
     }
-    log(QStringLiteral("Found active client for ") + label +
-            QStringLiteral(", sending disconnect message"),
-        "SCREEN");
-    {
-        std::lock_guard lock(m_connectionLock);
-        m_streamingComputers.remove(id);
-    }
-    DecodedFrameCache::shared().remove(id);
+    stopWantingStream(id, label);
     log(QStringLiteral("Sending stop-streaming request for ") + label, "SCREEN");
     FutureCallbacks::observe(
         client->stopContinuousStreaming(), this,

@@ -49,16 +49,6 @@ RemoteComputer storedForm(RemoteComputer computer)
     return computer;
 }
 
-QList<RemoteComputer> readList(QSettings *settings, const QString &key)
-{
-    if (!settings)
-        return {};
-    const QVariant blob = settings->value(key);
-    if (!blob.isValid())
-        return {};
-    return ComputerJson::decodeList(blob.toByteArray()).value_or(QList<RemoteComputer>{});
-}
-
 QString thumbnailPath(const QString &directory, const QUuid &id)
 {
     return QDir(directory).filePath(UuidText::format(id) + QStringLiteral(".jpg"));
@@ -271,8 +261,10 @@ void AppState::loadComputers()
 
 void AppState::migrateLegacyComputersIfNeeded()
 {
-    const QList<RemoteComputer> shared = readList(m_sharedUserDefaults.get(), computersKey);
-    const QList<RemoteComputer> legacy = readList(m_legacyUserDefaults.get(), computersKey);
+    const QList<RemoteComputer> shared =
+        ComputerJson::decodeStoredList(m_sharedUserDefaults->value(computersKey));
+    const QList<RemoteComputer> legacy =
+        ComputerJson::decodeStoredList(m_legacyUserDefaults->value(computersKey));
     if (!shared.isEmpty() || legacy.isEmpty())
         return;
     QString error;
