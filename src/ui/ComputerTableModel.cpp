@@ -2,6 +2,18 @@
 
 #include "state/AppState.h"
 
+namespace {
+
+// What a row shows; statistics and thumbnails change far more often and are not shown.
+bool sameRow(const RemoteComputer &a, const RemoteComputer &b)
+{
+    return a.id == b.id && a.name == b.name && a.host == b.host && a.port == b.port &&
+           a.isConnected == b.isConnected && a.isConnecting == b.isConnecting &&
+           a.lastError == b.lastError;
+}
+
+} // namespace
+
 ComputerTableModel::ComputerTableModel(AppState &appState, QObject *parent)
     : QAbstractTableModel(parent), m_appState(appState), m_rows(appState.computers())
 {
@@ -17,13 +29,15 @@ void ComputerTableModel::reload()
         endResetModel();
         return;
     }
-    // Same number of rows: tell the view only about the rows that changed.
+    // Same number of rows: tell the view only about the rows whose text changed.
+    QList<int> changed;
     for (int row = 0; row < next.size(); ++row) {
-        if (next.at(row) == m_rows.at(row))
-            continue;
-        m_rows[row] = next.at(row);
-        Q_EMIT dataChanged(index(row, 0), index(row, ColumnCount - 1));
+        if (!sameRow(next.at(row), m_rows.at(row)))
+            changed.append(row);
     }
+    m_rows = next;
+    for (int row : std::as_const(changed))
+        Q_EMIT dataChanged(index(row, 0), index(row, ColumnCount - 1));
 }
 
 int ComputerTableModel::rowCount(const QModelIndex &parent) const
