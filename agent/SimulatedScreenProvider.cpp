@@ -83,12 +83,13 @@ ZEKTCapturedFrame SimulatedScreenProvider::capture(float quality, bool skipIfUnc
         m_pixels = QByteArray(qsizetype(width) * height * 4, Qt::Uninitialized);
     auto *pixels = reinterpret_cast<uchar *>(m_pixels.data());
     render(pixels, m_clock.elapsed());
-    const quint64 digest = FrameChangeTracker::digest(pixels, width * 4, height, width * 4);
-    if (!m_changes.update(streamKey, digest) && skipIfUnchanged) {
+    const BandedJpegEncoder::BandDigests digests =
+        BandedJpegEncoder::digest(pixels, width, height, width * 4);
+    if (!m_changes.update(streamKey, digests.frame) && skipIfUnchanged) {
         frame.status = ZEKTCapturedFrame::Status::unchanged;
         return frame;
     }
-    frame.imageData = m_encoder.encode(pixels, width, height, width * 4, quality);
+    frame.imageData = m_encoder.encode(pixels, width, height, width * 4, quality, digests);
     if (frame.imageData.isEmpty()) {
         frame.error = m_encoder.lastError();
         return frame;

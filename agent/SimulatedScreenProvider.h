@@ -1,7 +1,7 @@
 #pragma once
 
+#include "BandedJpegEncoder.h"
 #include "FrameChangeTracker.h"
-#include "JpegEncoder.h"
 #include "SimulatedInputProvider.h"
 #include "ZEKTScreenProvider.h"
 
@@ -31,6 +31,6 @@ private:
     QElapsedTimer m_clock;
     QMutex m_mutex;      // guards the buffer and the encoder
     QByteArray m_pixels; // allocated on the first capture: most fleet agents never stream
-    JpegEncoder m_encoder;
+    BandedJpegEncoder m_encoder;
     FrameChangeTracker m_changes;
 };

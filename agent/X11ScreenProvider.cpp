@@ -201,14 +201,14 @@ ZEKTCapturedFrame X11ScreenProvider::captureLocked(float quality, bool skipIfUnc
         m_x.reset(frame.error); // the server may have gone; reconnect on the next request
         return frame;
     }
-    const quint64 digest =
-        FrameChangeTracker::digest(image.pixels, image.width * 4, image.height, image.stride);
-    if (!m_changes.update(streamKey, digest) && skipIfUnchanged) {
+    const BandedJpegEncoder::BandDigests digests =
+        BandedJpegEncoder::digest(image.pixels, image.width, image.height, image.stride);
+    if (!m_changes.update(streamKey, digests.frame) && skipIfUnchanged) {
         frame.status = ZEKTCapturedFrame::Status::unchanged;
         return frame;
     }
     frame.imageData =
-        m_encoder.encode(image.pixels, image.width, image.height, image.stride, quality);
+        m_encoder.encode(image.pixels, image.width, image.height, image.stride, quality, digests);
     if (frame.imageData.isEmpty()) {
         frame.error = m_encoder.lastError();
         m_changes.forget(streamKey);

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "BandedJpegEncoder.h"
 #include "FrameChangeTracker.h"
-#include "JpegEncoder.h"
 #include "X11Connection.h"
 #include "ZEKTScreenProvider.h"
 
@@ -10,8 +10,9 @@
 #include <QSet>
 
 // Captures the X11 root window through MIT-SHM (GetImage when shared memory is not
-// usable) and encodes it as JPEG. While streaming, the DAMAGE extension tells whether
-// anything was drawn since the last frame, so an idle screen is not even read.
+// usable) and encodes it as JPEG, re-encoding only the bands that changed since the last
+// frame. While streaming, the DAMAGE extension tells whether anything was drawn since the
+// last frame, so an idle screen is not even read.
 class X11ScreenProvider : public ZEKTScreenProvider {
 public:
     X11ScreenProvider();
@@ -49,5 +50,5 @@ private:
     QHash<quintptr, quint64> m_streamDamageSeen;
     QSet<quintptr> m_streaming; // keys that asked with skipIfUnchanged and did not end
     FrameChangeTracker m_changes;
-    JpegEncoder m_encoder;
+    BandedJpegEncoder m_encoder;
 };

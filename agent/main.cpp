@@ -1,6 +1,7 @@
 #include "AgentLog.h"
 #include "AgentOptions.h"
 #include "AgentRunner.h"
+#include "BandedJpegEncoder.h"
 #include "CredentialsFile.h"
 #include "PamCredentialVerifier.h"
 #include "PasswordPrompt.h"
@@ -41,6 +42,7 @@ int setPassword(const AgentOptions &options)
 
 int main(int argc, char *argv[])
 {
+    BandedJpegEncoder::enableRestartMarkers(); // touches the environment: before any thread
     QCoreApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("telvane-agent"));
     QCoreApplication::setApplicationVersion(QStringLiteral(TELVANE_AGENT_VERSION));

@@ -2,6 +2,7 @@
 // serving the same screen, a still screen streamed at 30 FPS, and an idle agent with 10
 // sessions receiving statistics. Prints its figures; run by hand (see docs/benchmarks.md).
 #include "AgentProcess.h"
+#include "BandedJpegEncoder.h"
 #include "ProtocolTestKit.h"
 #include "RfbClient.h"
 #include "X11ScreenProvider.h"
@@ -55,10 +56,16 @@ double residentMegabytes(qint64 pid)
     return 0;
 }
 
-// Keeps the screen changing: a textured image scrolled across a full-screen window,
-// copied inside the X server so the animation costs this process next to nothing.
+// Keeps the screen changing: a textured image scrolled across a full-screen window (the
+// worst case: every pixel changes each frame), or, on the same still textured desktop,
+// inside an 800x450 window as a video or a dragged window would. Copied inside the X server,
+// so the animation costs this process next to nothing.
 class Animator {
 public:
+    enum class Scene { fullScreen, window };
+    static constexpr int windowWidth = 800, windowHeight = 450;
+
+    explicit Animator(Scene scene) : m_scene(scene) {}
     void start()
     {
         m_running = true;
@@ -105,12 +112,21 @@ private:
                           0, s->root_depth, quint32(rows.size()),
                           reinterpret_cast<const uint8_t *>(rows.constData()));
         }
+        if (m_scene == Scene::window)
+            xcb_copy_area(c, pixmap, win, gc, 0, 0, 0, 0, quint16(w), quint16(h));
         int frame = 0;
         while (m_running) {
-            const int dx = (frame * 13) % w;
-            xcb_copy_area(c, pixmap, win, gc, qint16(dx), 0, 0, 0, quint16(w - dx), quint16(h));
-            if (dx > 0)
-                xcb_copy_area(c, pixmap, win, gc, 0, 0, qint16(w - dx), 0, quint16(dx), quint16(h));
+            if (m_scene == Scene::window) {
+                const int dx = (frame * 13) % (w - windowWidth);
+                xcb_copy_area(c, pixmap, win, gc, qint16(dx), 0, qint16((w - windowWidth) / 2),
+                              qint16((h - windowHeight) / 2), windowWidth, windowHeight);
+            } else {
+                const int dx = (frame * 13) % w;
+                xcb_copy_area(c, pixmap, win, gc, qint16(dx), 0, 0, 0, quint16(w - dx), quint16(h));
+                if (dx > 0)
+                    xcb_copy_area(c, pixmap, win, gc, 0, 0, qint16(w - dx), 0, quint16(dx),
+                                  quint16(h));
+            }
             std::free(xcb_get_input_focus_reply(c, xcb_get_input_focus(c), nullptr));
             ++frame;
             QThread::msleep(16);
@@ -119,6 +135,7 @@ private:
         xcb_free_pixmap(c, pixmap);
         xcb_disconnect(c);
     }
+    const Scene m_scene;
     std::atomic<bool> m_running{false};
     std::thread m_thread;
 };
@@ -276,6 +293,7 @@ void agentFigures(const QString &workDir, double seconds)
 
 int main(int argc, char *argv[])
 {
+    BandedJpegEncoder::enableRestartMarkers();
     QCoreApplication app(argc, argv);
     const double seconds = argc > 1 ? std::max(1.0, QByteArray(argv[1]).toDouble()) : 10.0;
     XvfbServer xvfb;
@@ -288,13 +306,18 @@ int main(int argc, char *argv[])
     std::printf("1920x1080 Xvfb %s, quality 0.5, %.0f s per figure, %d cores\n",
                 qPrintable(xvfb.display()), seconds, QThread::idealThreadCount());
 
-    Animator animator;
-    animator.start();
-    QThread::msleep(500);
-    captureFigures(seconds);
-    x11vncFigures(seconds, 3);
-    x11vncFigures(seconds, 4);
-    animator.stop();
+    for (const auto scene : {Animator::Scene::fullScreen, Animator::Scene::window}) {
+        std::printf("\n%s\n", scene == Animator::Scene::fullScreen
+                                  ? "Whole screen scrolling (every pixel changes each frame):"
+                                  : "Still desktop, 800x450 window scrolling:");
+        Animator animator(scene);
+        animator.start();
+        QThread::msleep(500);
+        captureFigures(seconds);
+        x11vncFigures(seconds, 3);
+        x11vncFigures(seconds, 4);
+        animator.stop();
+    }
 
     QTemporaryDir work;
     agentFigures(work.path(), seconds);

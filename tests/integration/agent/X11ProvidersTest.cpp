@@ -1,3 +1,4 @@
+#include "BandedJpegEncoder.h"
 #include "X11DisplayFactsSource.h"
 #include "X11InputProvider.h"
 #include "X11ScreenProvider.h"
@@ -115,6 +116,7 @@ protected:
     {
         if (!XvfbServer::available())
             GTEST_SKIP() << "Xvfb is not installed; the X11 capture and input tests need it";
+        BandedJpegEncoder::enableRestartMarkers(); // as the agent does
         ASSERT_TRUE(xvfb.start());
         qputenv("DISPLAY", xvfb.display().toLocal8Bit());
         qunsetenv("XDG_SESSION_TYPE");
@@ -153,6 +155,14 @@ TEST_F(X11ProvidersTest, CapturedFrameShowsWhatAClientDrew)
     const ZEKTCapturedFrame changed = provider.capture(0.9f, true, 7);
     ASSERT_EQ(changed.status, ZEKTCapturedFrame::Status::ok);
     EXPECT_TRUE(near(pixelAt(changed.imageData, 105, 105), 0x000000));
+    // Same quality, one band changed: the frame is spliced from kept bands and the new one.
+    client.fill(w, 0xFFFF00, 1500, 900, 20, 20);
+    const ZEKTCapturedFrame spliced = provider.capture(0.9f, true, 7);
+    ASSERT_EQ(spliced.status, ZEKTCapturedFrame::Status::ok);
+    EXPECT_TRUE(near(pixelAt(spliced.imageData, 1510, 910), 0xFFFF00));
+    EXPECT_TRUE(near(pixelAt(spliced.imageData, 105, 105), 0x000000));
+    EXPECT_TRUE(near(pixelAt(spliced.imageData, 480, 270), 0xFF0000));
+    EXPECT_TRUE(near(pixelAt(spliced.imageData, 1440, 1070), 0xFFFFFF));
     // Drawing the same pixels again is damage without change.
     client.fill(w, 0x000000, 100, 100, 10, 10);
     EXPECT_EQ(provider.capture(0.5f, true, 7).status, ZEKTCapturedFrame::Status::unchanged);

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "JpegEncoder.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <vector>
+
+// Encodes a screen as one baseline JPEG (4:2:0) with a restart marker after every row of
+// 16-pixel blocks, and keeps each band's entropy-coded bytes. The next frame re-encodes
+// only the bands whose pixels changed and splices the rest from the previous frame, so a
+// blinking cursor or a moving window costs a fraction of a full encode. The output is an
+// ordinary JPEG: any decoder reads it. Not thread-safe: one per caller, or guarded.
+class BandedJpegEncoder {
+public:
+    static constexpr int bandHeight = 16; // one block row of 4:2:0
+
+    // TurboJPEG 2.1 takes the restart interval only from the environment; call once at
+    // start, before any thread runs. Without it every frame is encoded whole.
+    static void enableRestartMarkers();
+
+    // One digest per band of the image (the last band may be shorter), and of the whole.
+    struct BandDigests {
+        std::vector<quint64> bands;
+        quint64 frame = 0;
+    };
+    static BandDigests digest(const uchar *bgrx, int width, int height, int stride);
+
+    // `digests` must be digest() of these very pixels. Empty on failure, reason in
+    // lastError().
+    QByteArray encode(const uchar *bgrx, int width, int height, int stride, float quality,
+                      const BandDigests &digests);
+    QString lastError() const { return m_lastError; }
+    // Bands encoded by the last encode(); the others were reused.
+    int lastBandsEncoded() const { return m_lastBandsEncoded; }
+    void clear();
+
+private:
+    struct Band {
+        quint64 digest = 0;
+        QByteArray entropy; // entropy-coded bytes between restart markers
+    };
+    bool encodeRun(const uchar *bgrx, int width, int height, int stride, int quality, int firstBand,
+                   int bandCount);
+    QByteArray splice() const;
+
+    JpegEncoder m_encoder;
+    QString m_lastError;
+    int m_lastBandsEncoded = 0;
+    int m_width = 0;
+    int m_height = 0;
+    int m_quality = 0;
+    QByteArray m_header; // SOI up to and including the scan header of a whole-frame encode
+    QByteArray m_tables; // the quantisation and Huffman tables inside m_header
+    std::vector<Band> m_bands;
+};
