@@ -100,13 +100,13 @@ void BandedJpegEncoder::clear()
     m_width = m_height = m_quality = 0;
 }
 
-bool BandedJpegEncoder::encodeRun(const uchar *bgrx, int width, int height, int stride, int quality,
-                                  int firstBand, int bandCount)
+bool BandedJpegEncoder::encodeRun(const uchar *bgrx, int width, int height, int stride,
+                                  float quality, int firstBand, int bandCount)
 {
     const int top = firstBand * bandHeight;
     const int rows = qMin(bandCount * bandHeight, height - top);
-    const QByteArray jpeg = m_encoder.encode(bgrx + qsizetype(top) * stride, width, rows, stride,
-                                             float(quality) / 100.0f);
+    const QByteArray jpeg =
+        m_encoder.encode(bgrx + qsizetype(top) * stride, width, rows, stride, quality);
     if (jpeg.isEmpty()) {
         m_lastError = m_encoder.lastError();
         return false;
@@ -186,14 +186,14 @@ QByteArray BandedJpegEncoder::encode(const uchar *bgrx, int width, int height, i
             int end = band + 1;
             while (end < bandCount && m_bands[size_t(end)].digest != digests.bands[size_t(end)])
                 ++end;
-            ok = encodeRun(bgrx, width, height, stride, turbo, band, end - band);
+            ok = encodeRun(bgrx, width, height, stride, quality, band, end - band);
             m_lastBandsEncoded += end - band;
             band = end;
         }
     }
     if (!reusable || !ok) {
         m_lastBandsEncoded = bandCount;
-        if (!encodeRun(bgrx, width, height, stride, turbo, 0, bandCount)) {
+        if (!encodeRun(bgrx, width, height, stride, quality, 0, bandCount)) {
             clear();
             return {};
         }

@@ -41,8 +41,8 @@ private:
         quint64 digest = 0;
         QByteArray entropy; // entropy-coded bytes between restart markers
     };
-    bool encodeRun(const uchar *bgrx, int width, int height, int stride, int quality, int firstBand,
-                   int bandCount);
+    bool encodeRun(const uchar *bgrx, int width, int height, int stride, float quality,
+                   int firstBand, int bandCount);
     QByteArray splice() const;
 
     JpegEncoder m_encoder;
