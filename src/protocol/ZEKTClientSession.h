@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ZEKTBufferRecycler.h"
 #include "ZEKTClient.h"
 #include "ZEKTClientCallbacks.h"
 #include "ZEKTFrame.h"
@@ -123,5 +124,6 @@ private:
     Promise m_authPromise;
     std::map<quint64, Promise> m_commands;
     std::deque<std::unique_ptr<Upload>> m_uploads;
+    ZEKTBufferRecycler m_chunkBuffers; // frames of the upload being sent
     quint64 m_nextRequestId = 1;
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ZEKTBufferRecycler.h"
 #include "ZEKTFrame.h"
 
 #include <QString>
@@ -22,6 +23,10 @@ public:
     Status read(QIODevice &device, ZEKTFrame &frame);
     QString errorString() const { return m_error; }
 
+    // Bodies of file chunks reuse the buffers of earlier chunks once their consumer let go;
+    // any other frame ends the run and frees the spares.
+    void setRecyclingFileChunks(bool on);
+
 private:
     Status fail(const QString &error);
 
@@ -31,6 +36,8 @@ private:
     bool m_haveHeader = false;
     quint16 m_type = 0;
     QByteArray m_body;
+    bool m_recycling = false;
+    ZEKTBufferRecycler m_recycler;
     qsizetype m_bodyFill = 0;
     QString m_error;
 };
