@@ -61,7 +61,8 @@ private Q_SLOTS:
         m_state = std::make_unique<AppState>(std::move(manager));
         m_state->setClockForTesting([this] { return m_now; });
         m_state->setConnectionPollIntervalForTesting(1);
-        m_state->setUploadDisplayDurationsForTesting(1, 1);
+        // An outcome stays up, so no poll can miss it on a busy machine.
+        m_state->setUploadDisplayDurationsForTesting(60000, 60000);
         m_alpha = RemoteComputer{};
         m_alpha.name = QStringLiteral("Alpha");
         m_alpha.host = QStringLiteral("a");

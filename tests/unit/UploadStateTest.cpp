@@ -11,7 +11,8 @@ private Q_SLOTS:
     void init()
     {
         state = std::make_unique<AppState>();
-        state->setUploadDisplayDurationsForTesting(150, 100);
+        // Long enough that a busy machine's stalls cannot hide a state from the polls.
+        state->setUploadDisplayDurationsForTesting(1500, 300);
     }
     void cleanup() { state.reset(); }
 
@@ -45,7 +46,7 @@ private Q_SLOTS:
         state->completeFileTransfer("Upload failed: closed");
         QTRY_COMPARE(state->fileTransferStatus(), QStringLiteral("Upload failed: closed"));
         // The cancel notice's reset must not cut the outcome short.
-        QTest::qWait(110);
+        QTest::qWait(350);
         QCOMPARE(state->fileTransferStatus(), QStringLiteral("Upload failed: closed"));
         QTRY_COMPARE(state->fileTransferStatus(), QString());
     }
