@@ -56,7 +56,7 @@ UploadFile::~UploadFile()
         discard();
 }
 
-std::optional<QString> UploadFile::write(QByteArrayView chunk)
+std::optional<QString> UploadFile::write(const QByteArray &chunk)
 {
     if (m_finished || m_fd < 0)
         return QStringLiteral("The upload is already finished");

@@ -11,7 +11,7 @@ public:
     UploadFile(QString folder, QString fileName, QString tempPath, int fd, qint64 expectedSize);
     ~UploadFile() override;
 
-    std::optional<QString> write(QByteArrayView chunk) override;
+    std::optional<QString> write(const QByteArray &chunk) override;
     Committed commit() override;
     void discard() override;
 

@@ -52,7 +52,7 @@ struct FixedScreen : ZEKTScreenProvider {
 // Counts the bytes and drops them: the measurement is the protocol, not the disk.
 struct NullReceiver : ZEKTFileReceiver {
     struct Sink : ZEKTIncomingFile {
-        std::optional<QString> write(QByteArrayView) override { return std::nullopt; }
+        std::optional<QString> write(const QByteArray &) override { return std::nullopt; }
         Committed commit() override { return {true, QStringLiteral("null")}; }
         void discard() override {}
     };
@@ -233,7 +233,6 @@ double qtSocketTransfer(const ZEKTIdentity &identity, qint64 size)
     socket->moveToThread(&thread);
     QElapsedTimer timer;
     timer.start();
-    const double cpu0 = cpuSeconds();
     QMetaObject::invokeMethod(socket, [socket, size, port = sink.serverPort()] {
         QSslConfiguration tls = QSslConfiguration::defaultConfiguration();
         tls.setProtocol(QSsl::TlsV1_3);
@@ -255,8 +254,6 @@ double qtSocketTransfer(const ZEKTIdentity &identity, qint64 size)
     });
     const bool done = waitUntil([&] { return sink.received >= size; }, 600000);
     const double seconds = timer.elapsed() / 1000.0;
-    std::printf("  bare QSslSocket pair: %.2f s wall, %.2f s CPU (both ends)\n", seconds,
-                cpuSeconds() - cpu0);
     QMetaObject::invokeMethod(socket, [socket] { socket->deleteLater(); });
     thread.quit();
     thread.wait();

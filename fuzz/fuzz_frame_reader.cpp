@@ -6,8 +6,6 @@
 
 #include <QBuffer>
 
-#include <optional>
-
 #include <cstddef>
 #include <cstdint>
 
@@ -24,11 +22,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     ZEKTFrameReader reader;
     reader.setMaximumFrameSize(authenticated ? ZEKTFrame::maximumSize
                                              : ZEKTFrame::maximumSizeBeforeAuthentication);
-    // An authenticated agent reuses file chunk buffers: a taken chunk is kept for a while,
-    // as the file worker would, while later frames arrive.
-    reader.setRecyclingFileChunks(authenticated);
-    std::optional<ZEKTRequest> held;
-    QByteArray heldBytes;
     QByteArray stream;
     QBuffer buffer(&stream);
     buffer.open(QIODevice::ReadOnly);
@@ -46,13 +39,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
                 break;
             (void)ZEKTMessageCodec::decodeMessage(frame);
             (void)ZEKTMessageCodec::decodeRequest(frame);
-            if (auto chunk = ZEKTMessageCodec::takeFileChunk(frame)) {
-                // Reading this chunk must not have written into the one still held.
-                if (held && held->chunkData() != heldBytes)
-                    __builtin_trap();
-                held = std::move(chunk);
-                heldBytes = held->chunkData().toByteArray();
-            }
         }
     }
     return 0;

@@ -22,7 +22,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         (void)ZEKTMessageCodec::encodeRequest(request.value);
     // The upload fast path must take only what the full decoder accepts, with the same data.
     if (const auto taken = ZEKTMessageCodec::takeFileChunk(frame)) {
-        if (!request.ok() || request.value.data != taken->chunkData() ||
+        if (!request.ok() || request.value.data != taken->data ||
             request.value.requestId != taken->requestId)
             __builtin_trap();
     }

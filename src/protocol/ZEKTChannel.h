@@ -21,7 +21,6 @@ public:
     ZEKTChannel(QSslSocket *socket, QObject *parent);
 
     void setMaximumFrameSize(qsizetype bytes) { m_reader.setMaximumFrameSize(bytes); }
-    void setRecyclingFileChunks(bool on) { m_reader.setRecyclingFileChunks(on); }
     // Starts sending heartbeats and watching for silence.
     void startHeartbeats();
     bool send(const QByteArray &frame);

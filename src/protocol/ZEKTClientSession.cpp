@@ -661,8 +661,7 @@ void ZEKTClientSession::pumpUpload()
         const qint64 want = qMin(uploadChunk, upload.size - upload.sent);
         if (want > 0) {
             // The file is read straight into the frame that goes out.
-            ZEKTMessageCodec::ChunkFrame chunk = ZEKTMessageCodec::fileChunkFrame(
-                upload.id, want, m_chunkBuffers.take(ZEKTFrame::headerSize + want + 32));
+            ZEKTMessageCodec::ChunkFrame chunk = ZEKTMessageCodec::fileChunkFrame(upload.id, want);
             char *data = chunk.frame.data() + chunk.dataOffset;
             qint64 got = 0;
             while (got < want) {
@@ -678,7 +677,6 @@ void ZEKTClientSession::pumpUpload()
                                    want] { hash->addData(frame.constData() + offset, want); });
                 upload.sent += want;
                 m_channel->send(chunk.frame);
-                m_chunkBuffers.keep(chunk.frame);
                 if (upload.sent < upload.size)
                     uploadProgress(upload, static_cast<double>(upload.sent) / upload.size);
                 continue;
@@ -693,7 +691,6 @@ void ZEKTClientSession::pumpUpload()
         }
         // The end goes out once the hash of every chunk is known.
         upload.file->close();
-        m_chunkBuffers.clear();
         upload.step = Upload::Step::hashing;
         hashPool()->start([hash = upload.hash, box = std::weak_ptr<ZEKTMailbox>(m_mailbox),
                            id = upload.id, self = this] {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "ZEKTBufferRecycler.h"
 #include "ZEKTClient.h"
 #include "ZEKTClientCallbacks.h"
 #include "ZEKTFrame.h"
@@ -124,6 +123,5 @@ private:
     Promise m_authPromise;
     std::map<quint64, Promise> m_commands;
     std::deque<std::unique_ptr<Upload>> m_uploads;
-    ZEKTBufferRecycler m_chunkBuffers; // frames of the upload being sent
     quint64 m_nextRequestId = 1;
 };

@@ -1,7 +1,5 @@
 #include "ZEKTFrameReader.h"
 
-#include "ZEKTFrameType.h"
-
 #include <QIODevice>
 #include <QtEndian>
 
@@ -37,13 +35,7 @@ ZEKTFrameReader::Status ZEKTFrameReader::read(QIODevice &device, ZEKTFrame &fram
                             .arg(total)
                             .arg(m_maximum));
         m_type = qFromBigEndian<quint16>(m_header + 4);
-        const auto bodySize = static_cast<qsizetype>(length - 2);
-        if (m_recycling && m_type == static_cast<quint16>(ZEKTFrameType::fileChunk)) {
-            m_body = m_recycler.take(bodySize);
-        } else {
-            m_recycler.clear();
-            m_body = QByteArray(bodySize, Qt::Uninitialized);
-        }
+        m_body = QByteArray(static_cast<qsizetype>(length - 2), Qt::Uninitialized);
         m_bodyFill = 0;
         m_haveHeader = true;
     }
@@ -58,17 +50,8 @@ ZEKTFrameReader::Status ZEKTFrameReader::read(QIODevice &device, ZEKTFrame &fram
     frame.type = m_type;
     frame.body = std::move(m_body);
     m_body = QByteArray();
-    if (m_recycling && m_type == static_cast<quint16>(ZEKTFrameType::fileChunk))
-        m_recycler.keep(frame.body);
     m_haveHeader = false;
     m_headerFill = 0;
     m_bodyFill = 0;
     return Status::frame;
-}
-
-void ZEKTFrameReader::setRecyclingFileChunks(bool on)
-{
-    m_recycling = on;
-    if (!on)
-        m_recycler.clear();
 }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "ZEKTBufferRecycler.h"
 #include "ZEKTFrame.h"
 
 #include <QString>
@@ -23,10 +22,6 @@ public:
     Status read(QIODevice &device, ZEKTFrame &frame);
     QString errorString() const { return m_error; }
 
-    // Bodies of file chunks reuse the buffers of earlier chunks once their consumer let go;
-    // any other frame ends the run and frees the spares.
-    void setRecyclingFileChunks(bool on);
-
 private:
     Status fail(const QString &error);
 
@@ -36,8 +31,6 @@ private:
     bool m_haveHeader = false;
     quint16 m_type = 0;
     QByteArray m_body;
-    bool m_recycling = false;
-    ZEKTBufferRecycler m_recycler;
     qsizetype m_bodyFill = 0;
     QString m_error;
 };

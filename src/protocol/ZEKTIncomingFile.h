@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QByteArrayView>
+#include <QByteArray>
 #include <QString>
 #include <optional>
 
@@ -11,7 +11,7 @@
 class ZEKTIncomingFile {
 public:
     virtual ~ZEKTIncomingFile() = default;
-    virtual std::optional<QString> write(QByteArrayView chunk) = 0; // error text on failure
+    virtual std::optional<QString> write(const QByteArray &chunk) = 0; // error text on failure
     // Makes the file visible under its final name; returns the name used or an error.
     struct Committed {
         bool success = false;

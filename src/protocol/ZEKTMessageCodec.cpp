@@ -552,12 +552,11 @@ QByteArray ZEKTMessageCodec::encodeRequest(const ZEKTRequest &r)
     case Kind::fileChunk:
         return ZEKTFrame::encodeWith(static_cast<quint16>(Type::fileChunk), r.data.size() + 32,
                                      [&r](QCborStreamWriter &w) {
-                                         const QByteArrayView data = r.chunkData();
                                          w.startMap(2);
                                          w.append(QLatin1String("requestId"));
                                          w.append(static_cast<qint64>(r.requestId));
                                          w.append(QLatin1String("data"));
-                                         w.appendByteString(data.data(), data.size());
+                                         w.append(r.data);
                                          w.endMap();
                                      });
     case Kind::fileEnd:
@@ -704,14 +703,12 @@ ZEKTMessageCodec::Decoded<ZEKTRequest> ZEKTMessageCodec::decodeRequest(const ZEK
     return out;
 }
 
-ZEKTMessageCodec::ChunkFrame ZEKTMessageCodec::fileChunkFrame(quint64 requestId, qsizetype size,
-                                                              QByteArray storage)
+ZEKTMessageCodec::ChunkFrame ZEKTMessageCodec::fileChunkFrame(quint64 requestId, qsizetype size)
 {
     ChunkFrame out;
     QByteArray &f = out.frame;
-    f = std::move(storage);
-    f.resize(ZEKTFrame::headerSize); // keeps the capacity of a reused buffer
     f.reserve(ZEKTFrame::headerSize + size + 32);
+    f.resize(ZEKTFrame::headerSize);
     f += '\xa2'; // map of two
     f += '\x69';
     f += "requestId";
@@ -785,7 +782,7 @@ std::optional<ZEKTRequest> ZEKTMessageCodec::takeFileChunk(ZEKTFrame &frame)
     request.kind = Kind::fileChunk;
     request.requestId = requestId;
     request.data = std::move(frame.body);
-    request.dataOffset = at;
     frame.body = QByteArray();
+    request.data.remove(0, at); // drops the prefix without moving the data
     return request;
 }

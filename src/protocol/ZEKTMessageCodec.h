@@ -29,16 +29,15 @@ public:
     static Decoded<ZEKTRequest> decodeRequest(const ZEKTFrame &frame);
 
     // A fileChunk frame whose `size` data bytes, starting at `dataOffset`, are left for the
-    // caller to fill (straight from the file, with no intermediate copy). The frame is
-    // built in `storage` when it is unshared and large enough.
+    // caller to fill (straight from the file, with no intermediate copy).
     struct ChunkFrame {
         QByteArray frame;
         qsizetype dataOffset = 0;
     };
-    static ChunkFrame fileChunkFrame(quint64 requestId, qsizetype size, QByteArray storage = {});
+    static ChunkFrame fileChunkFrame(quint64 requestId, qsizetype size);
     // The receiving side of the same layout: when `frame` is a fileChunk laid out as
     // fileChunkFrame() writes it, its body becomes the request's data without a copy (the
-    // frame is left empty; chunkData() skips the body's prefix). Any other frame is untouched and
-    // gives nullopt; it still decodes through decodeRequest().
+    // frame is left empty). Any other frame is untouched and gives nullopt; it still
+    // decodes through decodeRequest().
     static std::optional<ZEKTRequest> takeFileChunk(ZEKTFrame &frame);
 };

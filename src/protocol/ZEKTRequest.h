@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QByteArray>
-#include <QByteArrayView>
 #include <QList>
 #include <QString>
 
@@ -47,11 +46,6 @@ struct ZEKTRequest {
     quint32 modifiers = 0;
     QString fileName; // fileBegin
     qint64 fileSize = 0;
-    QByteArray data;          // fileChunk
-    qsizetype dataOffset = 0; // fileChunk: where the file's bytes start in `data`
-    QByteArray sha256;        // fileEnd, 32 bytes
-
-    // The file bytes of a fileChunk. A chunk taken straight from its frame keeps the
-    // frame's prefix in front, so the whole buffer can be reused for a later frame.
-    QByteArrayView chunkData() const { return QByteArrayView(data).sliced(dataOffset); }
+    QByteArray data;   // fileChunk
+    QByteArray sha256; // fileEnd, 32 bytes
 };

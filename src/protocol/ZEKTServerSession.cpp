@@ -251,7 +251,6 @@ void ZEKTServerSession::loginChecked(bool accepted)
     --m_context->unauthenticated;
     ++m_context->authenticated;
     m_channel->setMaximumFrameSize(ZEKTFrame::maximumSize);
-    m_channel->setRecyclingFileChunks(true);
     m_context->log(tr("%1 logged in from %2").arg(m_username, m_peer), QStringLiteral("AUTH"));
     send(AuthenticationResponseMessage(true));
     Q_EMIT m_context->server->sessionAuthenticated(m_peer, m_username);
@@ -552,7 +551,7 @@ void ZEKTServerSession::fileChunk(const ZEKTRequest &request)
     }
     if (!m_upload.failure.isEmpty())
         return; // already lost; the verdict goes out with the end
-    const qint64 size = request.chunkData().size();
+    const qint64 size = request.data.size();
     if (size > m_upload.size - m_upload.received) {
         m_upload.failure = tr("More data arrived than the %1 bytes announced").arg(m_upload.size);
         return;
@@ -564,10 +563,9 @@ void ZEKTServerSession::fileChunk(const ZEKTRequest &request)
     const std::shared_ptr<ZEKTUploadJob> job = m_upload.job;
     runOn(
         m_context->fileQueue, m_mailbox,
-        [job, buffer = request.data, offset = request.dataOffset] {
-            const QByteArrayView data = QByteArrayView(buffer).sliced(offset);
+        [job, data = request.data] {
             if (job->failure.isEmpty()) {
-                job->hash.addData(data.data(), data.size());
+                job->hash.addData(data);
                 if (const auto error = job->file->write(data))
                     job->failure = *error;
             }

@@ -89,7 +89,7 @@ struct MemoryReceiver : ZEKTFileReceiver {
         MemoryReceiver *owner;
         QByteArray data;
         explicit Sink(MemoryReceiver *o) : owner(o) {}
-        std::optional<QString> write(QByteArrayView chunk) override
+        std::optional<QString> write(const QByteArray &chunk) override
         {
             if (owner->slowWrites)
                 QThread::msleep(20);
