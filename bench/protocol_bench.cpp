@@ -233,6 +233,7 @@ double qtSocketTransfer(const ZEKTIdentity &identity, qint64 size)
     socket->moveToThread(&thread);
     QElapsedTimer timer;
     timer.start();
+    const double cpu0 = cpuSeconds();
     QMetaObject::invokeMethod(socket, [socket, size, port = sink.serverPort()] {
         QSslConfiguration tls = QSslConfiguration::defaultConfiguration();
         tls.setProtocol(QSsl::TlsV1_3);
@@ -254,6 +255,8 @@ double qtSocketTransfer(const ZEKTIdentity &identity, qint64 size)
     });
     const bool done = waitUntil([&] { return sink.received >= size; }, 600000);
     const double seconds = timer.elapsed() / 1000.0;
+    std::printf("  bare QSslSocket pair: %.2f s wall, %.2f s CPU (both ends)\n", seconds,
+                cpuSeconds() - cpu0);
     QMetaObject::invokeMethod(socket, [socket] { socket->deleteLater(); });
     thread.quit();
     thread.wait();
