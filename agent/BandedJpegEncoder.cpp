@@ -1,7 +1,5 @@
 #include "BandedJpegEncoder.h"
 
-#include "FrameChangeTracker.h"
-
 #include <cstdlib>
 #include <cstring>
 
@@ -19,9 +17,9 @@ int readBigEndian16(const uchar *p)
     return (int(p[0]) << 8) | int(p[1]);
 }
 
-bool parseJpeg(const QByteArray &jpeg, JpegLayout &layout)
+bool parseJpeg(QByteArrayView jpeg, JpegLayout &layout)
 {
-    const auto *data = reinterpret_cast<const uchar *>(jpeg.constData());
+    const auto *data = reinterpret_cast<const uchar *>(jpeg.data());
     const qsizetype size = jpeg.size();
     if (size < 4 || data[0] != 0xFF || data[1] != 0xD8)
         return false;
@@ -34,7 +32,7 @@ bool parseJpeg(const QByteArray &jpeg, JpegLayout &layout)
         if (end > size)
             return false;
         if (marker == 0xDB || marker == 0xC4)
-            layout.tables.append(jpeg.constData() + pos, end - pos);
+            layout.tables.append(jpeg.data() + pos, end - pos);
         pos = end;
         if (marker == 0xDA)
             break;
@@ -73,23 +71,24 @@ void BandedJpegEncoder::enableRestartMarkers()
     setenv("TJ_RESTART", "1", 1);
 }
 
-BandedJpegEncoder::BandDigests BandedJpegEncoder::digest(const uchar *bgrx, int width, int height,
-                                                         int stride)
+BandedJpegEncoder::BandMask BandedJpegEncoder::changedBands(const uchar *now, const uchar *before,
+                                                            int width, int height, int stride)
 {
-    BandDigests digests;
-    if (!bgrx || width <= 0 || height <= 0)
-        return digests;
-    constexpr quint64 prime = 0x9E3779B97F4A7C15ull;
-    quint64 frame = quint64(width) << 32 | quint64(height);
-    for (int y = 0; y < height; y += bandHeight) {
-        const quint64 band = FrameChangeTracker::digest(bgrx + qsizetype(y) * stride, width * 4,
-                                                        qMin(bandHeight, height - y), stride);
-        digests.bands.push_back(band);
-        frame = ((frame << 23) | (frame >> 41)) ^ band;
-        frame *= prime;
+    BandMask changed(size_t(bandCount(height)), true);
+    if (!now || !before || width <= 0 || stride < width * 4)
+        return changed;
+    const size_t rowBytes = size_t(width) * 4;
+    for (size_t band = 0; band < changed.size(); ++band) {
+        const int top = int(band) * bandHeight;
+        const int bottom = qMin(top + bandHeight, height);
+        bool same = true;
+        for (int y = top; y < bottom && same; ++y) {
+            const qsizetype offset = qsizetype(y) * stride;
+            same = std::memcmp(now + offset, before + offset, rowBytes) == 0;
+        }
+        changed[band] = !same;
     }
-    digests.frame = frame ^ (frame >> 29);
-    return digests;
+    return changed;
 }
 
 void BandedJpegEncoder::clear()
@@ -100,38 +99,45 @@ void BandedJpegEncoder::clear()
     m_width = m_height = m_quality = 0;
 }
 
+void BandedJpegEncoder::releaseMemory()
+{
+    clear();
+    m_encoder.release();
+}
+
 bool BandedJpegEncoder::encodeRun(const uchar *bgrx, int width, int height, int stride,
-                                  float quality, int firstBand, int bandCount)
+                                  float quality, int firstBand, int count)
 {
     const int top = firstBand * bandHeight;
-    const int rows = qMin(bandCount * bandHeight, height - top);
-    const QByteArray jpeg =
+    const int rows = qMin(count * bandHeight, height - top);
+    // Points into the encoder's buffer: only the pieces kept are copied out.
+    const QByteArrayView jpeg =
         m_encoder.encode(bgrx + qsizetype(top) * stride, width, rows, stride, quality);
     if (jpeg.isEmpty()) {
         m_lastError = m_encoder.lastError();
         return false;
     }
     JpegLayout layout;
-    const bool whole = firstBand == 0 && bandCount == int(m_bands.size());
+    const bool whole = firstBand == 0 && count == int(m_bands.size());
     // A band count that does not match means restart markers are off: splicing is
     // impossible, but a whole frame is still a good JPEG.
-    if (!parseJpeg(jpeg, layout) || int(layout.intervals.size()) != bandCount ||
+    if (!parseJpeg(jpeg, layout) || int(layout.intervals.size()) != count ||
         (!whole && layout.tables != m_tables)) {
         if (whole) {
-            m_header = jpeg; // served as is by splice() while no band is kept
+            m_header = jpeg.toByteArray(); // served as is by splice() while no band is kept
             m_tables.clear();
-            for (Band &band : m_bands)
-                band = {};
+            for (QByteArray &band : m_bands)
+                band.clear();
         }
         return whole;
     }
     if (whole) {
-        m_header = jpeg.left(layout.headerEnd);
+        m_header = jpeg.first(layout.headerEnd).toByteArray();
         m_tables = layout.tables;
     }
-    for (int i = 0; i < bandCount; ++i) {
+    for (int i = 0; i < count; ++i) {
         const auto [offset, length] = layout.intervals[size_t(i)];
-        m_bands[size_t(firstBand + i)].entropy = jpeg.mid(offset, length);
+        m_bands[size_t(firstBand + i)] = jpeg.sliced(offset, length).toByteArray();
     }
     return true;
 }
@@ -141,13 +147,13 @@ QByteArray BandedJpegEncoder::splice() const
     if (m_tables.isEmpty()) // unspliceable whole frame
         return m_header;
     qsizetype total = m_header.size() + 2 * qsizetype(m_bands.size());
-    for (const Band &band : m_bands)
-        total += band.entropy.size();
+    for (const QByteArray &band : m_bands)
+        total += band.size();
     QByteArray jpeg;
     jpeg.reserve(total);
     jpeg.append(m_header);
     for (size_t i = 0; i < m_bands.size(); ++i) {
-        jpeg.append(m_bands[i].entropy);
+        jpeg.append(m_bands[i]);
         const char marker[2] = {'\xFF', char(i + 1 == m_bands.size() ? 0xD9 : 0xD0 + (i & 7))};
         jpeg.append(marker, 2);
     }
@@ -155,20 +161,20 @@ QByteArray BandedJpegEncoder::splice() const
 }
 
 QByteArray BandedJpegEncoder::encode(const uchar *bgrx, int width, int height, int stride,
-                                     float quality, const BandDigests &digests)
+                                     float quality, const BandMask &changed)
 {
     const int turbo = JpegEncoder::turboQuality(quality);
     if (!bgrx || width <= 0 || height <= 0 || stride < width * 4 ||
-        digests.bands.size() != size_t((height + bandHeight - 1) / bandHeight)) {
+        changed.size() != size_t(bandCount(height))) {
         m_lastError = QStringLiteral("Invalid image for JPEG encoding");
         return {};
     }
-    const int bandCount = int(digests.bands.size());
+    const int bands = int(changed.size());
     const bool reusable = !m_header.isEmpty() && !m_tables.isEmpty() && width == m_width &&
                           height == m_height && turbo == m_quality;
     if (!reusable) {
         clear();
-        m_bands.resize(size_t(bandCount));
+        m_bands.resize(size_t(bands));
         m_width = width;
         m_height = height;
         m_quality = turbo;
@@ -178,13 +184,13 @@ QByteArray BandedJpegEncoder::encode(const uchar *bgrx, int width, int height, i
     bool ok = true;
     if (reusable) {
         // Re-encode each run of changed bands with one call.
-        for (int band = 0; band < bandCount && ok;) {
-            if (m_bands[size_t(band)].digest == digests.bands[size_t(band)]) {
+        for (int band = 0; band < bands && ok;) {
+            if (!changed[size_t(band)]) {
                 ++band;
                 continue;
             }
             int end = band + 1;
-            while (end < bandCount && m_bands[size_t(end)].digest != digests.bands[size_t(end)])
+            while (end < bands && changed[size_t(end)])
                 ++end;
             ok = encodeRun(bgrx, width, height, stride, quality, band, end - band);
             m_lastBandsEncoded += end - band;
@@ -192,13 +198,11 @@ QByteArray BandedJpegEncoder::encode(const uchar *bgrx, int width, int height, i
         }
     }
     if (!reusable || !ok) {
-        m_lastBandsEncoded = bandCount;
-        if (!encodeRun(bgrx, width, height, stride, quality, 0, bandCount)) {
+        m_lastBandsEncoded = bands;
+        if (!encodeRun(bgrx, width, height, stride, quality, 0, bands)) {
             clear();
             return {};
         }
     }
-    for (int i = 0; i < bandCount; ++i)
-        m_bands[size_t(i)].digest = digests.bands[size_t(i)];
     return splice();
 }

@@ -20,29 +20,34 @@ public:
     // start, before any thread runs. Without it every frame is encoded whole.
     static void enableRestartMarkers();
 
-    // One digest per band of the image (the last band may be shorter), and of the whole.
-    struct BandDigests {
-        std::vector<quint64> bands;
-        quint64 frame = 0;
-    };
-    static BandDigests digest(const uchar *bgrx, int width, int height, int stride);
+    // One flag per band (the last band may be shorter): true when it must be encoded again.
+    using BandMask = std::vector<bool>;
+    static int bandCount(int height)
+    {
+        return height > 0 ? (height + bandHeight - 1) / bandHeight : 0;
+    }
 
-    // `digests` must be digest() of these very pixels. Empty on failure, reason in
-    // lastError().
+    // Which bands of `now` differ from `before`, an image of the same size and stride; all
+    // of them without `before`. A band is read only up to its first difference, so a
+    // screen that changes everywhere costs next to nothing to compare.
+    static BandMask changedBands(const uchar *now, const uchar *before, int width, int height,
+                                 int stride);
+
+    // `changed` tells which bands differ from the pixels of the previous successful
+    // encode(); bands it calls unchanged are spliced from that frame. Empty on failure,
+    // reason in lastError().
     QByteArray encode(const uchar *bgrx, int width, int height, int stride, float quality,
-                      const BandDigests &digests);
+                      const BandMask &changed);
     QString lastError() const { return m_lastError; }
     // Bands encoded by the last encode(); the others were reused.
     int lastBandsEncoded() const { return m_lastBandsEncoded; }
     void clear();
+    // clear(), and gives the encoder's output buffer back too.
+    void releaseMemory();
 
 private:
-    struct Band {
-        quint64 digest = 0;
-        QByteArray entropy; // entropy-coded bytes between restart markers
-    };
     bool encodeRun(const uchar *bgrx, int width, int height, int stride, float quality,
-                   int firstBand, int bandCount);
+                   int firstBand, int count);
     QByteArray splice() const;
 
     JpegEncoder m_encoder;
@@ -53,5 +58,5 @@ private:
     int m_quality = 0;
     QByteArray m_header; // SOI up to and including the scan header of a whole-frame encode
     QByteArray m_tables; // the quantisation and Huffman tables inside m_header
-    std::vector<Band> m_bands;
+    std::vector<QByteArray> m_bands; // entropy-coded bytes between restart markers
 };

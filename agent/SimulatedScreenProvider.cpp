@@ -4,6 +4,7 @@
 
 #include <QDateTime>
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 
@@ -79,19 +80,26 @@ ZEKTCapturedFrame SimulatedScreenProvider::capture(float quality, bool skipIfUnc
 {
     QMutexLocker lock(&m_mutex);
     ZEKTCapturedFrame frame;
-    if (m_pixels.isEmpty())
-        m_pixels = QByteArray(qsizetype(width) * height * 4, Qt::Uninitialized);
-    auto *pixels = reinterpret_cast<uchar *>(m_pixels.data());
+    const int next = m_latest == 0 ? 1 : 0;
+    if (m_pixels[next].isEmpty())
+        m_pixels[next] = QByteArray(qsizetype(width) * height * 4, Qt::Uninitialized);
+    auto *pixels = reinterpret_cast<uchar *>(m_pixels[next].data());
     render(pixels, m_clock.elapsed());
-    const BandedJpegEncoder::BandDigests digests =
-        BandedJpegEncoder::digest(pixels, width, height, width * 4);
-    if (!m_changes.update(streamKey, digests.frame) && skipIfUnchanged) {
+    const uchar *before =
+        m_latest < 0 ? nullptr : reinterpret_cast<const uchar *>(m_pixels[m_latest].constData());
+    const BandedJpegEncoder::BandMask changed =
+        BandedJpegEncoder::changedBands(pixels, before, width, height, width * 4);
+    m_latest = next;
+    if (std::find(changed.begin(), changed.end(), true) != changed.end())
+        ++m_version;
+    if (!m_changes.update(streamKey, m_version) && skipIfUnchanged) {
         frame.status = ZEKTCapturedFrame::Status::unchanged;
         return frame;
     }
-    frame.imageData = m_encoder.encode(pixels, width, height, width * 4, quality, digests);
+    frame.imageData = m_encoder.encode(pixels, width, height, width * 4, quality, changed);
     if (frame.imageData.isEmpty()) {
         frame.error = m_encoder.lastError();
+        m_changes.forget(streamKey);
         return frame;
     }
     frame.status = ZEKTCapturedFrame::Status::ok;

@@ -29,8 +29,12 @@ private:
     std::shared_ptr<SimulatedInputProvider> m_input;
     QString m_label;
     QElapsedTimer m_clock;
-    QMutex m_mutex;      // guards the buffer and the encoder
-    QByteArray m_pixels; // allocated on the first capture: most fleet agents never stream
+    QMutex m_mutex; // guards the buffers, the version and the encoder
+    // The frame being drawn and the one before it, compared band by band; allocated on the
+    // first capture, as most fleet agents never stream.
+    QByteArray m_pixels[2];
+    int m_latest = -1; // index of the last frame drawn
+    quint64 m_version = 0;
     BandedJpegEncoder m_encoder;
     FrameChangeTracker m_changes;
 };

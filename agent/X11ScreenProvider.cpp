@@ -7,6 +7,7 @@
 #include <sys/ipc.h>
 #include <sys/shm.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 
@@ -15,19 +16,49 @@ X11ScreenProvider::X11ScreenProvider() = default;
 X11ScreenProvider::~X11ScreenProvider()
 {
     QMutexLocker lock(&m_mutex);
-    releaseShm();
+    releaseBuffers();
 }
 
-void X11ScreenProvider::releaseShm()
+void X11ScreenProvider::releaseBuffers()
 {
-    if (m_shmAddress) {
-        if (xcb_connection_t *c = m_x.current(); c && m_setUpGeneration == m_x.generation())
-            xcb_shm_detach(c, m_shmSeg);
-        shmdt(m_shmAddress);
+    xcb_connection_t *c = m_x.current();
+    const bool attached = c && m_setUpGeneration == m_x.generation();
+    for (SharedSegment &segment : m_shm) {
+        if (!segment.address)
+            continue;
+        if (attached)
+            xcb_shm_detach(c, segment.seg);
+        shmdt(segment.address);
+        segment = {};
     }
-    m_shmAddress = nullptr;
     m_shmSize = 0;
-    m_shmId = -1;
+    for (QByteArray &pixels : m_getImageReply)
+        pixels = QByteArray();
+    m_previous = {};
+    m_encoder.releaseMemory();
+}
+
+bool X11ScreenProvider::attachSegment(SharedSegment &segment, size_t bytes)
+{
+    const int id = shmget(IPC_PRIVATE, bytes, IPC_CREAT | 0600);
+    if (id < 0)
+        return false;
+    void *address = shmat(id, nullptr, 0);
+    // Marked for removal now: it disappears once both sides detach, even on a crash.
+    shmctl(id, IPC_RMID, nullptr);
+    if (address == reinterpret_cast<void *>(-1))
+        return false;
+    xcb_connection_t *c = m_x.current();
+    const quint32 seg = xcb_generate_id(c);
+    if (xcb_generic_error_t *error =
+            xcb_request_check(c, xcb_shm_attach_checked(c, seg, quint32(id), 0))) {
+        // A remote X server cannot see our memory.
+        std::free(error);
+        shmdt(address);
+        return false;
+    }
+    segment = {seg, static_cast<uchar *>(address)};
+    return true;
 }
 
 bool X11ScreenProvider::setUpConnection()
@@ -38,10 +69,13 @@ bool X11ScreenProvider::setUpConnection()
     if (m_setUpGeneration == m_x.generation())
         return true;
     // A new connection: shared memory and damage objects of the old one are gone.
-    if (m_shmAddress)
-        shmdt(m_shmAddress);
-    m_shmAddress = nullptr;
+    for (SharedSegment &segment : m_shm) {
+        if (segment.address)
+            shmdt(segment.address);
+        segment = {};
+    }
     m_shmSize = 0;
+    m_previous = {};
     m_streamDamageSeen.clear();
     m_setUpGeneration = m_x.generation();
 
@@ -98,38 +132,25 @@ bool X11ScreenProvider::grab(Image &image, QString &error)
     const size_t bytes = size_t(width) * size_t(height) * 4;
 
     if (m_useShm && m_shmSize != bytes) {
-        releaseShm();
-        m_shmId = shmget(IPC_PRIVATE, bytes, IPC_CREAT | 0600);
-        if (m_shmId >= 0) {
-            void *address = shmat(m_shmId, nullptr, 0);
-            // Marked for removal now: it disappears once both sides detach, even on a crash.
-            shmctl(m_shmId, IPC_RMID, nullptr);
-            if (address != reinterpret_cast<void *>(-1)) {
-                m_shmAddress = static_cast<uchar *>(address);
-                m_shmSeg = xcb_generate_id(c);
-                const auto check = xcb_shm_attach_checked(c, m_shmSeg, quint32(m_shmId), 0);
-                if (xcb_generic_error_t *attachError = xcb_request_check(c, check)) {
-                    // A remote X server cannot see our memory: fall back to GetImage.
-                    std::free(attachError);
-                    shmdt(m_shmAddress);
-                    m_shmAddress = nullptr;
-                } else {
-                    m_shmSize = bytes;
-                }
-            }
+        releaseBuffers();
+        if (attachSegment(m_shm[0], bytes) && attachSegment(m_shm[1], bytes)) {
+            m_shmSize = bytes;
+        } else {
+            releaseBuffers();
+            m_useShm = false; // GetImage from now on
         }
-        if (!m_shmAddress)
-            m_useShm = false;
     }
 
+    const int index = m_nextBuffer;
     if (m_useShm) {
         auto cookie = xcb_shm_get_image(c, screen->root, 0, 0, quint16(width), quint16(height), ~0u,
-                                        XCB_IMAGE_FORMAT_Z_PIXMAP, m_shmSeg, 0);
+                                        XCB_IMAGE_FORMAT_Z_PIXMAP, m_shm[index].seg, 0);
         xcb_generic_error_t *xError = nullptr;
         auto *reply = xcb_shm_get_image_reply(c, cookie, &xError);
         if (reply && reply->depth >= 24) {
             std::free(reply);
-            image = {m_shmAddress, width, height, width * 4};
+            image = {m_shm[index].address, width, height, width * 4};
+            m_nextBuffer = 1 - index;
             return true;
         }
         std::free(reply);
@@ -148,11 +169,12 @@ bool X11ScreenProvider::grab(Image &image, QString &error)
         error = QStringLiteral("The X server did not return the screen image");
         return false;
     }
-    m_getImageReply =
+    m_getImageReply[index] =
         QByteArray(reinterpret_cast<const char *>(xcb_get_image_data(reply)), qsizetype(bytes));
     std::free(reply);
-    image = {reinterpret_cast<const uchar *>(m_getImageReply.constData()), width, height,
+    image = {reinterpret_cast<const uchar *>(m_getImageReply[index].constData()), width, height,
              width * 4};
+    m_nextBuffer = 1 - index;
     return true;
 }
 
@@ -163,9 +185,9 @@ ZEKTCapturedFrame X11ScreenProvider::capture(float quality, bool skipIfUnchanged
     if (skipIfUnchanged)
         m_streaming.insert(streamKey);
     ZEKTCapturedFrame frame = captureLocked(quality, skipIfUnchanged, streamKey);
-    // The 8 MB shared segment is kept only while someone streams.
+    // The two 8 MB screen buffers are kept only while someone streams.
     if (m_streaming.isEmpty())
-        releaseShm();
+        releaseBuffers();
     return frame;
 }
 
@@ -198,17 +220,24 @@ ZEKTCapturedFrame X11ScreenProvider::captureLocked(float quality, bool skipIfUnc
 
     Image image;
     if (!grab(image, frame.error)) {
+        m_previous = {};
         m_x.reset(frame.error); // the server may have gone; reconnect on the next request
         return frame;
     }
-    const BandedJpegEncoder::BandDigests digests =
-        BandedJpegEncoder::digest(image.pixels, image.width, image.height, image.stride);
-    if (!m_changes.update(streamKey, digests.frame) && skipIfUnchanged) {
+    const bool comparable = m_previous.pixels && m_previous.width == image.width &&
+                            m_previous.height == image.height && m_previous.stride == image.stride;
+    const BandedJpegEncoder::BandMask changed =
+        BandedJpegEncoder::changedBands(image.pixels, comparable ? m_previous.pixels : nullptr,
+                                        image.width, image.height, image.stride);
+    m_previous = image;
+    if (std::find(changed.begin(), changed.end(), true) != changed.end())
+        ++m_version;
+    if (!m_changes.update(streamKey, m_version) && skipIfUnchanged) {
         frame.status = ZEKTCapturedFrame::Status::unchanged;
         return frame;
     }
     frame.imageData =
-        m_encoder.encode(image.pixels, image.width, image.height, image.stride, quality, digests);
+        m_encoder.encode(image.pixels, image.width, image.height, image.stride, quality, changed);
     if (frame.imageData.isEmpty()) {
         frame.error = m_encoder.lastError();
         m_changes.forget(streamKey);
@@ -227,5 +256,5 @@ void X11ScreenProvider::endStream(quintptr streamKey)
     m_streamDamageSeen.remove(streamKey);
     m_streaming.remove(streamKey);
     if (m_streaming.isEmpty())
-        releaseShm();
+        releaseBuffers();
 }

@@ -11,8 +11,9 @@
 
 // Captures the X11 root window through MIT-SHM (GetImage when shared memory is not
 // usable) and encodes it as JPEG, re-encoding only the bands that changed since the last
-// frame. While streaming, the DAMAGE extension tells whether anything was drawn since the
-// last frame, so an idle screen is not even read.
+// frame. Grabs alternate between two buffers, so each is compared with the one before.
+// While streaming, the DAMAGE extension tells whether anything was drawn since the last
+// frame, so an idle screen is not even read.
 class X11ScreenProvider : public ZEKTScreenProvider {
 public:
     X11ScreenProvider();
@@ -29,8 +30,13 @@ private:
         int stride = 0;
     };
     ZEKTCapturedFrame captureLocked(float quality, bool skipIfUnchanged, quintptr streamKey);
+    struct SharedSegment {
+        quint32 seg = 0;
+        uchar *address = nullptr;
+    };
     bool setUpConnection();
-    void releaseShm();
+    bool attachSegment(SharedSegment &segment, size_t bytes);
+    void releaseBuffers();
     bool grab(Image &image, QString &error);
     void drainDamage();
 
@@ -38,11 +44,12 @@ private:
     X11Connection m_x;
     quint64 m_setUpGeneration = 0;
     bool m_useShm = false;
-    quint32 m_shmSeg = 0;
-    int m_shmId = -1;
-    uchar *m_shmAddress = nullptr;
+    SharedSegment m_shm[2];
     size_t m_shmSize = 0;
-    QByteArray m_getImageReply; // pixels of the GetImage fallback
+    QByteArray m_getImageReply[2]; // pixels of the GetImage fallback
+    int m_nextBuffer = 0;
+    Image m_previous;      // the last grab, in the other buffer; no pixels when there is none
+    quint64 m_version = 0; // bumped whenever a grab finds changed pixels
     bool m_useDamage = false;
     quint32 m_damage = 0;
     quint8 m_damageEventBase = 0;

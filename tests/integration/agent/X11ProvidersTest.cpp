@@ -166,6 +166,13 @@ TEST_F(X11ProvidersTest, CapturedFrameShowsWhatAClientDrew)
     // Drawing the same pixels again is damage without change.
     client.fill(w, 0x000000, 100, 100, 10, 10);
     EXPECT_EQ(provider.capture(0.5f, true, 7).status, ZEKTCapturedFrame::Status::unchanged);
+    // Back and forth: each frame is compared with the one just before it, not an older one.
+    for (const quint32 colour : {0xFF0000u, 0x000000u, 0xFF0000u}) {
+        client.fill(w, colour, 100, 100, 10, 10);
+        const ZEKTCapturedFrame next = provider.capture(0.9f, true, 7);
+        ASSERT_EQ(next.status, ZEKTCapturedFrame::Status::ok);
+        EXPECT_TRUE(near(pixelAt(next.imageData, 105, 105), colour));
+    }
 }
 
 TEST_F(X11ProvidersTest, PointerAndClicksLandWhereAsked)
