@@ -16,6 +16,7 @@
 #include <cstring>
 #include <fcntl.h>
 #include <memory>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -140,6 +141,24 @@ ZEKTIdentity ZEKTIdentity::loadOrCreate(const QString &directory)
     if (!dir.exists() && !dir.mkpath(QStringLiteral(".")))
         throw ZEKTError(QStringLiteral("Cannot create the identity folder %1").arg(directory));
     ::chmod(QFile::encodeName(dir.absolutePath()).constData(), 0700);
+
+    // Agents started together (a service and `--fingerprint`, say) must not each create an
+    // identity: the first one creates it under this lock and the others then read it.
+    // Closing the descriptor releases the lock. Best effort: a read-only folder that
+    // already holds an identity needs no lock.
+    struct LockFile {
+        int fd;
+        ~LockFile()
+        {
+            if (fd >= 0)
+                ::close(fd);
+        }
+    } lock{::open(QFile::encodeName(dir.filePath(QStringLiteral("identity.lock"))).constData(),
+                  O_RDWR | O_CREAT | O_CLOEXEC, 0600)};
+    if (lock.fd >= 0) {
+        while (::flock(lock.fd, LOCK_EX) != 0 && errno == EINTR) {
+        }
+    }
 
     const QString keyPath = dir.filePath(keyFileName());
     const QString certPath = dir.filePath(certificateFileName());

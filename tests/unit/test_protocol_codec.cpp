@@ -29,6 +29,9 @@
 #include <QTest>
 #include <QtEndian>
 
+#include <thread>
+#include <vector>
+
 namespace {
 // Reads every frame out of `bytes`, fed in pieces of `step` bytes.
 QList<ZEKTFrame> readAll(const QByteArray &bytes, qsizetype step, QString *error = nullptr,
@@ -397,6 +400,25 @@ private Q_SLOTS:
         cert.write("garbage");
         cert.close();
         QVERIFY_THROWS_EXCEPTION(ZEKTError, ZEKTIdentity::loadOrCreate(folder));
+
+        // Started together (a service and `--fingerprint`, say), every caller gets the one
+        // identity that ends up on disk.
+        const QString shared = dir.filePath(QStringLiteral("shared"));
+        std::vector<QString> fingerprints(8);
+        std::vector<std::thread> starters;
+        for (QString &fingerprint : fingerprints)
+            starters.emplace_back([&shared, &fingerprint] {
+                try {
+                    fingerprint = ZEKTIdentity::loadOrCreate(shared).fingerprint();
+                } catch (const ZEKTError &error) {
+                    fingerprint = error.description();
+                }
+            });
+        for (std::thread &starter : starters)
+            starter.join();
+        const QString onDisk = ZEKTIdentity::loadOrCreate(shared).fingerprint();
+        for (const QString &fingerprint : fingerprints)
+            QCOMPARE(fingerprint, onDisk);
     }
 
     void knownAgentsFileKeepsEntriesAndRefusesDamage()
