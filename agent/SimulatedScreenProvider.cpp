@@ -80,6 +80,14 @@ ZEKTCapturedFrame SimulatedScreenProvider::capture(float quality, bool skipIfUnc
 {
     QMutexLocker lock(&m_mutex);
     ZEKTCapturedFrame frame;
+    if (skipIfUnchanged)
+        m_streaming.insert(streamKey);
+    // One-shot requests alone need no frame to compare with: a fleet answering previews
+    // keeps one buffer per agent.
+    if (m_streaming.isEmpty()) {
+        m_pixels[1] = QByteArray();
+        m_latest = -1;
+    }
     const int next = m_latest == 0 ? 1 : 0;
     if (m_pixels[next].isEmpty())
         m_pixels[next] = QByteArray(qsizetype(width) * height * 4, Qt::Uninitialized);
@@ -111,4 +119,6 @@ ZEKTCapturedFrame SimulatedScreenProvider::capture(float quality, bool skipIfUnc
 void SimulatedScreenProvider::endStream(quintptr streamKey)
 {
     m_changes.forget(streamKey);
+    QMutexLocker lock(&m_mutex);
+    m_streaming.remove(streamKey);
 }
