@@ -34,6 +34,7 @@ void X11ScreenProvider::releaseBuffers()
     m_shmSize = 0;
     for (QByteArray &pixels : m_getImageReply)
         pixels = QByteArray();
+    m_nextBuffer = 0;
     m_previous = {};
     m_encoder.releaseMemory();
 }
@@ -132,16 +133,16 @@ bool X11ScreenProvider::grab(Image &image, QString &error)
     const size_t bytes = size_t(width) * size_t(height) * 4;
 
     if (m_useShm && m_shmSize != bytes) {
-        releaseBuffers();
-        if (attachSegment(m_shm[0], bytes) && attachSegment(m_shm[1], bytes)) {
-            m_shmSize = bytes;
-        } else {
-            releaseBuffers();
-            m_useShm = false; // GetImage from now on
-        }
+        releaseBuffers(); // segments of another screen size do not fit
+        m_shmSize = bytes;
     }
-
     const int index = m_nextBuffer;
+    // Attached when first grabbed into: one-shot captures, which release the buffers
+    // afterwards, never need the second segment.
+    if (m_useShm && !m_shm[index].address && !attachSegment(m_shm[index], bytes)) {
+        releaseBuffers();
+        m_useShm = false; // GetImage from now on
+    }
     if (m_useShm) {
         auto cookie = xcb_shm_get_image(c, screen->root, 0, 0, quint16(width), quint16(height), ~0u,
                                         XCB_IMAGE_FORMAT_Z_PIXMAP, m_shm[index].seg, 0);
