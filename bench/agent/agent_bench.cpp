@@ -3,6 +3,7 @@
 // sessions receiving statistics. Prints its figures; run by hand (see docs/benchmarks.md).
 #include "AgentProcess.h"
 #include "BandedJpegEncoder.h"
+#include "JpegEncoder.h"
 #include "ProtocolTestKit.h"
 #include "RfbClient.h"
 #include "X11ScreenProvider.h"
@@ -152,6 +153,36 @@ private:
     std::thread m_thread;
 };
 
+// TurboJPEG alone on one grab of the screen, as one whole-frame call: the floor under any
+// capture path that sends this screen as a JPEG at quality 0.5. Milliseconds of CPU, or 0.
+double encoderFloor()
+{
+    xcb_connection_t *c = xcb_connect(nullptr, nullptr);
+    if (xcb_connection_has_error(c)) {
+        xcb_disconnect(c);
+        return 0;
+    }
+    xcb_screen_t *s = xcb_setup_roots_iterator(xcb_get_setup(c)).data;
+    const int w = s->width_in_pixels, h = s->height_in_pixels;
+    xcb_get_image_reply_t *image = xcb_get_image_reply(
+        c, xcb_get_image(c, XCB_IMAGE_FORMAT_Z_PIXMAP, s->root, 0, 0, quint16(w), quint16(h), ~0u),
+        nullptr);
+    double ms = 0;
+    if (image && xcb_get_image_data_length(image) >= w * h * 4) {
+        JpegEncoder encoder;
+        const uchar *pixels = xcb_get_image_data(image);
+        encoder.encode(pixels, w, h, w * 4, 0.5f); // sizes the output buffer
+        constexpr int rounds = 60;
+        const double before = threadCpuSeconds();
+        for (int i = 0; i < rounds; ++i)
+            encoder.encode(pixels, w, h, w * 4, 0.5f);
+        ms = 1000.0 * (threadCpuSeconds() - before) / rounds;
+    }
+    std::free(image);
+    xcb_disconnect(c);
+    return ms;
+}
+
 void captureFigures(double seconds)
 {
     X11ScreenProvider provider;
@@ -198,7 +229,7 @@ void captureFigures(double seconds)
                 paced / (double(clock.elapsed()) / 1000.0));
 }
 
-void x11vncFigures(double seconds, int qualityLevel)
+void x11vncFigures(double seconds, int qualityLevel, double floorMs)
 {
     const quint16 port = quint16(20000 + getpid() % 20000);
     QProcess vnc;
@@ -232,10 +263,13 @@ void x11vncFigures(double seconds, int qualityLevel)
     const int updates = client.receiveFullUpdates(seconds, &error);
     const double cpu = processCpuSeconds(vnc.processId()) - cpu0;
     const double wall = double(clock.elapsed()) / 1000.0;
+    const double perFrame = 1000.0 * cpu / qMax(1, updates);
     std::printf("x11vnc full updates (Tight, JPEG quality level %d): %.1f FPS, %.1f ms CPU per "
-                "frame, %.2f of a core%s%s\n",
-                qualityLevel, updates / wall, 1000.0 * cpu / qMax(1, updates), cpu / wall,
-                error.isEmpty() ? "" : ", stopped: ", qPrintable(error));
+                "frame, %.2f of a core",
+                qualityLevel, updates / wall, perFrame, cpu / wall);
+    if (floorMs > 0 && perFrame > 0)
+        std::printf("; TurboJPEG alone is %.2f of its frame", floorMs / perFrame);
+    std::printf("%s%s\n", error.isEmpty() ? "" : ", stopped: ", qPrintable(error));
     vnc.terminate();
     if (!vnc.waitForFinished(5000))
         vnc.kill();
@@ -332,8 +366,16 @@ int main(int argc, char *argv[])
         animator.start();
         QThread::msleep(500);
         captureFigures(seconds);
-        x11vncFigures(seconds, 3);
-        x11vncFigures(seconds, 4);
+        // Where every pixel changes, each frame is one whole-frame encode at best.
+        double floorMs = 0;
+        if (scene == Animator::Scene::fullScreen) {
+            floorMs = encoderFloor();
+            std::printf("TurboJPEG alone, one whole-frame call on a grab (quality 50, 4:2:0): "
+                        "%.1f ms CPU\n",
+                        floorMs);
+        }
+        x11vncFigures(seconds, 3, floorMs);
+        x11vncFigures(seconds, 4, floorMs);
         animator.stop();
     }
 
