@@ -78,7 +78,7 @@ PendingActions take(QSettings &suite)
 {
     // QSettings caches the file per process; without this the console would not see
     // what telvanectl wrote.
-    suite.sync();
+    SettingsFiles::syncForReading(suite);
     // Most change notices come from the console's own saves: a first look without the
     // write lock, so that those cost no write (and cause no further notice).
     if (read(suite).isEmpty())

@@ -50,7 +50,7 @@ QList<RemoteComputer> SharedAppState::loadComputers()
 {
     if (!m_userDefaults)
         return {};
-    m_userDefaults->sync();
+    SettingsFiles::syncForReading(*m_userDefaults);
     if (m_legacyUserDefaults &&
         ComputerJson::decodeStoredList(m_userDefaults->value(computersKey)).isEmpty()) {
         const QList<RemoteComputer> legacy =

@@ -28,11 +28,16 @@ bool makePrivateFolder(const QString &path);
 void syncDurably(QSettings &settings);
 
 // Every write of the shared suite goes through here. QSettings notices another process's
-// write only by the file's size and its modification time in milliseconds, so a write of
-// the same size within the same millisecond (one queue id replacing another) would be
-// missed and later overwritten with stale values. Writers are therefore serialised by a
-// lock file, re-read the file before `change` runs, and keep the lock until the clock has
-// moved past their write's time stamp.
+// write only by the file's size and its time stamp in milliseconds, so a write of the same
+// size within the same millisecond (one queue id replacing another), or one landing while
+// it reads, would be missed and later overwritten with stale values. Writers are therefore
+// serialised by lock files, move the time stamp on so that `change` sees the file as it
+// is, and leave their write with a later stamp than any version before it.
 void writeSynchronized(QSettings &settings, const std::function<void(QSettings &)> &change);
+
+// QSettings::sync() for reading another process's writes: when a write lands during the
+// read, the file is read again under the write lock, so the cache cannot keep older
+// content under the newer time stamp (and a queued request stays visible).
+void syncForReading(QSettings &settings);
 
 } // namespace SettingsFiles
