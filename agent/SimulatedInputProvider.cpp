@@ -1,6 +1,6 @@
 #include "SimulatedInputProvider.h"
 
-#include "remotecontrol/MacKeyCodeTable.h"
+#include "input/MacKeyCodeTable.h"
 
 #include <cmath>
 

@@ -1,6 +1,6 @@
 #include "X11InputProvider.h"
 
-#include "remotecontrol/MacKeyCodeTable.h"
+#include "input/MacKeyCodeTable.h"
 
 #include <xcb/xcb.h>
 #include <xcb/xtest.h>

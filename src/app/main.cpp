@@ -2,9 +2,9 @@
 #include "model/ComputerJson.h"
 #include "platform/AppIdentity.h"
 #include "platform/Preferences.h"
-#include "platform/QtAlertPresenter.h"
 #include "state/AppState.h"
 #include "state/SupervisionController.h"
+#include "ui/QtAlertPresenter.h"
 
 #include <QApplication>
 #include <QCommandLineParser>

@@ -1,7 +1,7 @@
 #include "DisconnectFromComputerIntent.h"
 
-#include "PendingActionKeys.h"
 #include "QueuedComputerAction.h"
+#include "platform/PendingActionKeys.h"
 
 #include <QCoreApplication>
 

@@ -1,13 +1,13 @@
 #include "SharedAppState.h"
 
 #include "AppIntentUploadError.h"
-#include "PendingActionKeys.h"
 #include "model/ComputerJson.h"
+#include "model/TransferLimits.h"
 #include "model/UuidText.h"
 #include "platform/AppIdentity.h"
 #include "platform/AppPaths.h"
+#include "platform/PendingActionKeys.h"
 #include "platform/SettingsFiles.h"
-#include "protocol/ZEKT.h"
 
 #include <QDir>
 #include <QFile>
@@ -92,7 +92,7 @@ std::optional<Error> SharedAppState::stageUpload(const QString &sourcePath, cons
         return posixError(errno, sourcePath);
     if (!S_ISREG(info.st_mode) || info.st_size < 1)
         return AppIntentUploadError::make(AppIntentUploadError::notANonEmptyRegularFile);
-    if (qint64(info.st_size) > ZEKT::maxFileTransferSize)
+    if (qint64(info.st_size) > TransferLimits::maxFileTransferSize)
         return AppIntentUploadError::make(AppIntentUploadError::exceedsTransferLimit);
 
     const QString directory = uploadDirectory();

@@ -1,7 +1,7 @@
 #include "StopRemoteControlIntent.h"
 
-#include "PendingActionKeys.h"
 #include "QueuedComputerAction.h"
+#include "platform/PendingActionKeys.h"
 
 #include <QCoreApplication>
 

@@ -3,15 +3,20 @@
 
 #include "DecodedFrameCache.h"
 #include "FutureCallbacks.h"
+#include "MainDisplay.h"
 #include "ManagerLifeline.h"
 #include "model/LogManager.h"
-#include "platform/MainDisplay.h"
+#include "model/TransferLimits.h"
+#include "protocol/ZEKT.h"
 #include "protocol/ZEKTClient.h"
 #include "state/AppState.h"
 
 #include <QFile>
 #include <QFileInfo>
 #include <cmath>
+
+// The automation side checks the limit without the protocol library.
+static_assert(ZEKT::maxFileTransferSize == TransferLimits::maxFileTransferSize);
 
 namespace {
 

@@ -1,11 +1,11 @@
 #include "AppState.h"
 
-#include "automation/PendingActionQueue.h"
 #include "model/ComputerJson.h"
 #include "model/LogManager.h"
 #include "model/UuidText.h"
 #include "platform/AppIdentity.h"
 #include "platform/AppPaths.h"
+#include "platform/PendingActionQueue.h"
 #include "platform/SerialQueue.h"
 #include "platform/SettingsFiles.h"
 #include "platform/SharedSuiteWatcher.h"

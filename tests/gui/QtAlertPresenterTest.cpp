@@ -1,5 +1,5 @@
 // Message-box alerts: answered by a button, aborted from code, shown without blocking.
-#include "platform/QtAlertPresenter.h"
+#include "ui/QtAlertPresenter.h"
 
 #include <QApplication>
 #include <QMessageBox>

@@ -2,7 +2,7 @@
 // accepted file is really copied).
 
 #include "automation/SharedAppState.h"
-#include "protocol/ZEKT.h"
+#include "model/TransferLimits.h"
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -17,7 +17,7 @@ private Q_SLOTS:
         QTemporaryDir files;
         QFile source(files.filePath("big.bin"));
         QVERIFY(source.open(QIODevice::WriteOnly));
-        QVERIFY(source.resize(ZEKT::maxFileTransferSize + 1));
+        QVERIFY(source.resize(TransferLimits::maxFileTransferSize + 1));
         source.close();
         SharedAppState state;
         const auto error = state.stageUpload(source.fileName(), "big.bin", QUuid::createUuid());

@@ -2,10 +2,10 @@
 // is killed at random moments while this process writes queue keys through
 // SharedAppState. After every kill the list must decode whole and our keys must be there.
 
-#include "automation/PendingActionKeys.h"
 #include "automation/SharedAppState.h"
 #include "model/ComputerJson.h"
 #include "model/UuidText.h"
+#include "platform/PendingActionKeys.h"
 #include "platform/SettingsFiles.h"
 
 #include <QDir>

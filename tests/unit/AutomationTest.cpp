@@ -3,13 +3,13 @@
 
 #include "automation/ConnectToComputerIntent.h"
 #include "automation/GetComputerStatusIntent.h"
-#include "automation/PendingActionKeys.h"
 #include "automation/SharedAppState.h"
 #include "automation/StartRemoteControlIntent.h"
 #include "automation/UploadFileIntent.h"
 #include "model/ComputerJson.h"
 #include "model/UuidText.h"
 #include "platform/AppPaths.h"
+#include "platform/PendingActionKeys.h"
 #include "platform/SettingsFiles.h"
 
 #include <QDir>

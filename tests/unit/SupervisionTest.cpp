@@ -2,9 +2,9 @@
 // session, with a fake session manager and a fake clock.
 
 #include "FakeZEKTManager.h"
-#include "automation/PendingActionKeys.h"
 #include "model/LogManager.h"
 #include "model/UuidText.h"
+#include "platform/PendingActionKeys.h"
 #include "platform/PreferenceKeys.h"
 #include "platform/Preferences.h"
 #include "platform/SettingsFiles.h"

@@ -1,8 +1,8 @@
 // telvanectl as the shell sees it: exit status, what goes to stdout and to stderr.
 
-#include "automation/PendingActionKeys.h"
 #include "model/ComputerJson.h"
 #include "model/UuidText.h"
+#include "platform/PendingActionKeys.h"
 #include "platform/SettingsFiles.h"
 
 #include <QProcess>

@@ -1,4 +1,4 @@
-#include "remotecontrol/MacKeyCodeTable.h"
+#include "input/MacKeyCodeTable.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 #include "PendingActionQueue.h"
 
 #include "PendingActionKeys.h"
+#include "SettingsFiles.h"
 #include "model/UuidText.h"
-#include "platform/SettingsFiles.h"
 
 #include <QFileInfo>
 #include <QSettings>
