@@ -7,7 +7,6 @@
 #include "platform/AlertPresenter.h"
 #include "platform/NetworkSettingsLauncher.h"
 #include "protocol/ZEKTClient.h"
-#include "state/AppState.h"
 
 namespace {
 
@@ -41,14 +40,33 @@ ZEKTManager::~ZEKTManager()
     log(QStringLiteral("ZEKTManager deinitialized"), "MEMORY");
 }
 
-void ZEKTManager::setAppState(AppState *appState)
-{
-    m_appState = appState;
-}
+namespace {
 
-AppState *ZEKTManager::appState() const
+class NoStore final : public SessionStore {
+public:
+    const QList<RemoteComputer> &computers() const override { return m_none; }
+    std::optional<QString> computerDisplayName(const QUuid &) const override
+    {
+        return std::nullopt;
+    }
+    void updateConnectingStatus(const QUuid &, bool) override {}
+    void updateConnectionStatus(const QUuid &, bool, const std::optional<QString> &) override {}
+    void applySystemStats(const QUuid &, const SystemStats &) override {}
+    void storeThumbnail(const QUuid &, const QByteArray &) override {}
+    void beginFileTransfer(const QString &) override {}
+    void updateFileTransferProgress(const QString &, double) override {}
+    void completeFileTransfer(const QString &) override {}
+
+private:
+    const QList<RemoteComputer> m_none;
+};
+
+} // namespace
+
+SessionStore &ZEKTManager::store() const
 {
-    return m_appState.data();
+    static NoStore none;
+    return m_store ? *m_store : none;
 }
 
 AlertPresenter *ZEKTManager::alertPresenter() const
@@ -58,13 +76,7 @@ AlertPresenter *ZEKTManager::alertPresenter() const
 
 std::optional<QString> ZEKTManager::computerDisplayName(const QUuid &id) const
 {
-    if (!m_appState)
-        return std::nullopt;
-    for (const RemoteComputer &computer : m_appState->computers()) {
-        if (computer.id == id)
-            return computer.displayName();
-    }
-    return std::nullopt;
+    return store().computerDisplayName(id);
 }
 
 QString ZEKTManager::nameOrUnknown(const QUuid &id) const
@@ -156,8 +168,7 @@ void ZEKTManager::connectToComputer(const RemoteComputer &computer)
         m_connectionGenerations.insert(id, generation);
         m_connectingComputers.insert(id);
     }
-    if (m_appState)
-        m_appState->updateConnectingStatus(id, true);
+    store().updateConnectingStatus(id, true);
 
     log(QStringLiteral("Connecting to ") + label + QStringLiteral(" at ") + endpoint +
         QStringLiteral(" (sandboxed)"));
@@ -309,8 +320,7 @@ void ZEKTManager::finishConnectionAttempt(const QUuid &id, bool connected,
         std::lock_guard lock(m_connectionLock);
         m_connectingComputers.remove(id);
     }
-    if (m_appState)
-        m_appState->updateConnectionStatus(id, connected, error);
+    store().updateConnectionStatus(id, connected, error);
 }
 
 void ZEKTManager::handleDisconnection(const QUuid &id)

@@ -5,6 +5,7 @@
 #include "protocol/NetworkState.h"
 #include "protocol/ZEKTMessage.h"
 #include "session/ScreenImageDecoder.h"
+#include "session/SessionStore.h"
 #include "session/Thumbnailer.h"
 
 #include <QHash>
@@ -19,7 +20,6 @@
 #include <optional>
 
 class AlertPresenter;
-class AppState;
 class ConnectionAttempt;
 class ManagerLifeline;
 class QSemaphore;
@@ -44,9 +44,11 @@ public:
     explicit ZEKTManager(ClientFactory clientFactory = {}, QObject *parent = nullptr);
     ~ZEKTManager() override;
 
-    // Non-owning back reference, set by AppState right after it creates the manager.
-    void setAppState(AppState *appState);
-    AppState *appState() const;
+    // Non-owning back reference, set by the store right after it creates the manager and
+    // cleared when the store goes.
+    void setStore(SessionStore *store) { m_store = store; }
+    // The store, or one that knows no computer and ignores every call.
+    SessionStore &store() const;
     // Where alerts go; by default AlertPresenter::shared(). Without any, alerts are
     // answered as closed (an identity change is rejected) and logged.
     void setAlertPresenter(AlertPresenter *presenter) { m_alertPresenter = presenter; }
@@ -142,7 +144,7 @@ private:
     QSet<QUuid> m_manualPreviewRequested;
     QHash<QUuid, int> m_networkDownErrorCounts;
     QHash<QUuid, std::chrono::steady_clock::time_point> m_lastSandboxingDialogTime;
-    QPointer<AppState> m_appState;
+    SessionStore *m_store = nullptr;
 
     AlertPresenter *m_alertPresenter = nullptr;
     std::shared_ptr<ManagerLifeline> m_lifeline;

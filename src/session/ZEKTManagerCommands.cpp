@@ -9,7 +9,6 @@
 #include "model/TransferLimits.h"
 #include "protocol/ZEKT.h"
 #include "protocol/ZEKTClient.h"
-#include "state/AppState.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -183,23 +182,21 @@ void ZEKTManager::sendFileTransfer(const RemoteComputer &computer, const QString
     const std::shared_ptr<ZEKTClient> client = m_clients.value(computer.id);
     if (!client) {
         log(QStringLiteral("No active client for file transfer: ") + label, "ERROR");
-        if (m_appState)
-            m_appState->completeFileTransfer(QStringLiteral("Not connected to ") + label);
+        store().completeFileTransfer(QStringLiteral("Not connected to ") + label);
         return;
     }
     const QString fileName = remoteFileName && !remoteFileName->isEmpty()
                                  ? *remoteFileName
                                  : QFileInfo(filePath).fileName();
-    if (m_appState)
-        m_appState->beginFileTransfer(fileName);
+    store().beginFileTransfer(fileName);
 
     // Progress comes on a library thread; the last 10 % wait for the agent's verdict.
     const std::shared_ptr<ManagerLifeline> lifeline = m_lifeline;
     auto progress = [lifeline](double fraction) {
         const double sent = std::isfinite(fraction) ? std::clamp(fraction, 0.0, 1.0) : 0.0;
         lifeline->post([sent](ZEKTManager &manager) {
-            if (AppState *store = manager.appState())
-                store->updateFileTransferProgress(QStringLiteral("Sending file..."), sent * 0.9);
+            manager.store().updateFileTransferProgress(QStringLiteral("Sending file..."),
+                                                       sent * 0.9);
         });
     };
     // Outside a sandbox there is no access grant to take or end.
@@ -210,17 +207,15 @@ void ZEKTManager::sendFileTransfer(const RemoteComputer &computer, const QString
     FutureCallbacks::observe(
         client->sendFileTransfer(filePath, fileName, progress), this,
         [this, label, fileName, finish] {
-            if (m_appState)
-                m_appState->updateFileTransferProgress(
-                    QStringLiteral("Waiting for server confirmation..."), 0.9);
+            store().updateFileTransferProgress(QStringLiteral("Waiting for server confirmation..."),
+                                               0.9);
             log(QStringLiteral("File transfer completed for ") + label + QStringLiteral(": ") +
                     fileName,
                 "FILE");
             finish();
         },
         [this, label, finish](const QString &error) {
-            if (m_appState)
-                m_appState->completeFileTransfer(QStringLiteral("Upload failed: ") + error);
+            store().completeFileTransfer(QStringLiteral("Upload failed: ") + error);
             log(QStringLiteral("File transfer failed for ") + label + QStringLiteral(": ") + error,
                 "ERROR");
             finish();

@@ -14,7 +14,6 @@
 #include "protocol/HeartbeatResponseMessage.h"
 #include "protocol/ScreenCaptureMessage.h"
 #include "protocol/SystemStatsMessage.h"
-#include "state/AppState.h"
 
 namespace {
 
@@ -72,10 +71,9 @@ void ZEKTManager::handleMessage(const ZEKTMessagePtr &message, const QUuid &id,
         log(QStringLiteral("File transfer response received from ") + name + QStringLiteral(": ") +
                 transfer->message,
             "FILE");
-        if (m_appState)
-            m_appState->completeFileTransfer(transfer->success ? transfer->message
-                                                               : QStringLiteral("Upload failed: ") +
-                                                                     transfer->message);
+        store().completeFileTransfer(transfer->success
+                                         ? transfer->message
+                                         : QStringLiteral("Upload failed: ") + transfer->message);
     } else if (auto *stats = dynamic_cast<const SystemStatsMessage *>(m)) {
         handleSystemStats(*stats, id);
     } else {
@@ -105,21 +103,7 @@ void ZEKTManager::handleSystemStats(const SystemStatsMessage &message, const QUu
     log(QStringLiteral("Received system stats from ") + *name, "STATS");
     SystemStats stats = SystemStatsConversion::fromMessage(message);
     QMetaObject::invokeMethod(
-        this,
-        [this, id, stats = std::move(stats)] {
-            AppState *store = m_appState.data();
-            if (!store)
-                return;
-            QList<RemoteComputer> list = store->computers();
-            for (RemoteComputer &computer : list) {
-                if (computer.id != id)
-                    continue;
-                computer.systemStats = stats;
-                store->setComputers(std::move(list));
-                store->saveComputers();
-                return;
-            }
-        },
+        this, [this, id, stats = std::move(stats)] { store().applySystemStats(id, stats); },
         Qt::QueuedConnection);
 }
 
@@ -163,8 +147,7 @@ void ZEKTManager::handleScreenCapture(const ScreenCaptureMessage &message, const
         QMetaObject::invokeMethod(
             this,
             [this, id, name, thumbnail] {
-                if (m_appState)
-                    m_appState->storeThumbnail(id, thumbnail);
+                store().storeThumbnail(id, thumbnail);
                 log(QStringLiteral("Updated manual preview thumbnail for ") + name +
                         QStringLiteral(" (") + QString::number(thumbnail.size()) +
                         QStringLiteral(" bytes)"),

@@ -79,7 +79,7 @@ AppState::AppState(std::unique_ptr<ZEKTManager> manager, QObject *parent,
 
     loadComputers();
     setSelectedItem(NavigationItem::dashboard());
-    m_zektManager->setAppState(this);
+    m_zektManager->setStore(this);
 
     m_defaultsObserver = std::make_unique<SharedSuiteWatcher>(SettingsFiles::sharedSuitePath());
     QPointer<AppState> self(this);
@@ -94,6 +94,7 @@ AppState::AppState(std::unique_ptr<ZEKTManager> manager, QObject *parent,
 AppState::~AppState()
 {
     m_isGone->store(true);
+    m_zektManager->setStore(nullptr);
     m_defaultsObserver.reset();
     LogManager::shared().log(QStringLiteral("AppState deinitialized"), QStringLiteral("MEMORY"));
 }
@@ -110,6 +111,14 @@ std::optional<RemoteComputer> AppState::computer(const QUuid &id) const
     if (index < 0)
         return std::nullopt;
     return m_computers.at(index);
+}
+
+std::optional<QString> AppState::computerDisplayName(const QUuid &id) const
+{
+    const int index = indexOf(id);
+    if (index < 0)
+        return std::nullopt;
+    return m_computers.at(index).displayName();
 }
 
 void AppState::setSelectedItem(const NavigationItem &item)
@@ -191,6 +200,17 @@ void AppState::updateConnectionStatus(const QUuid &id, bool isConnected,
     LogManager::shared().log(QStringLiteral("AppState: Updated computer ") + label +
                                  QStringLiteral(" status to ") + boolText(isConnected),
                              QStringLiteral("CONNECT"));
+}
+
+void AppState::applySystemStats(const QUuid &id, const SystemStats &stats)
+{
+    const int index = indexOf(id);
+    if (index < 0)
+        return;
+    QList<RemoteComputer> list = m_computers;
+    list[index].systemStats = stats;
+    setComputers(std::move(list));
+    saveComputers();
 }
 
 void AppState::saveComputers()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/RemoteComputer.h"
+#include "session/SessionStore.h"
 #include "session/ZEKTManager.h"
 #include "state/NavigationItem.h"
 
@@ -22,7 +23,7 @@ class SharedSuiteWatcher;
 // The application's one long-lived state: the configured computers and their
 // persistence, the navigation selection, the upload display state, supervision and
 // automation hand-over, and the session manager. Lives on the main thread.
-class AppState : public QObject {
+class AppState : public QObject, public SessionStore {
     Q_OBJECT
 
 public:
@@ -37,10 +38,11 @@ public:
     const QString computersKey;
 
     // Published state.
-    const QList<RemoteComputer> &computers() const { return m_computers; }
+    const QList<RemoteComputer> &computers() const override { return m_computers; }
     // Assigns the whole list (observers see one change); does not save.
     void setComputers(QList<RemoteComputer> computers);
     std::optional<RemoteComputer> computer(const QUuid &id) const;
+    std::optional<QString> computerDisplayName(const QUuid &id) const override;
 
     NavigationItem selectedItem() const { return m_selectedItem; }
     void setSelectedItem(const NavigationItem &item);
@@ -60,17 +62,19 @@ public:
     void addComputer(const RemoteComputer &computer);
     void updateComputer(const RemoteComputer &computer);
     void removeComputer(const QUuid &id);
-    void updateConnectingStatus(const QUuid &id, bool isConnecting);
+    void updateConnectingStatus(const QUuid &id, bool isConnecting) override;
     void updateConnectionStatus(const QUuid &id, bool isConnected,
-                                const std::optional<QString> &error = std::nullopt);
+                                const std::optional<QString> &error = std::nullopt) override;
+    // Replaces the computer's statistics with a report's and saves.
+    void applySystemStats(const QUuid &id, const SystemStats &stats) override;
     // Any thread.
-    void storeThumbnail(const QUuid &id, const QByteArray &data);
+    void storeThumbnail(const QUuid &id, const QByteArray &data) override;
     void saveComputers();
 
     // Upload display state; any thread, applied on the main thread in call order.
-    void beginFileTransfer(const QString &fileName);
-    void updateFileTransferProgress(const QString &status, double fraction);
-    void completeFileTransfer(const QString &message);
+    void beginFileTransfer(const QString &fileName) override;
+    void updateFileTransferProgress(const QString &status, double fraction) override;
+    void completeFileTransfer(const QString &message) override;
     void cancelFileTransfer();
     void setUploadDisplayDurationsForTesting(int outcomeMs, int cancelMs);
 

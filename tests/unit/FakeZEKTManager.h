@@ -1,7 +1,6 @@
 #pragma once
 
 #include "session/ZEKTManager.h"
-#include "state/AppState.h"
 
 #include <QStringList>
 
@@ -14,8 +13,7 @@ public:
     void connectToComputer(const RemoteComputer &computer) override
     {
         calls << "connect " + computer.displayName();
-        if (appState())
-            appState()->updateConnectingStatus(computer.id, true);
+        store().updateConnectingStatus(computer.id, true);
     }
     void disconnectFromComputer(const RemoteComputer &computer) override
     {

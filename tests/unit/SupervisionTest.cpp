@@ -8,6 +8,7 @@
 #include "platform/PreferenceKeys.h"
 #include "platform/Preferences.h"
 #include "platform/SettingsFiles.h"
+#include "state/AppState.h"
 #include "state/SupervisionController.h"
 
 #include <QSettings>
