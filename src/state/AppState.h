@@ -10,19 +10,21 @@
 #include <QList>
 #include <QObject>
 #include <QUuid>
-#include <atomic>
 #include <functional>
 #include <memory>
 #include <optional>
 
-class QSettings;
-class SerialQueue;
-struct PendingActions;
+class AutoConnectPass;
+class ComputerListStorage;
+class PendingActionInbox;
 class SharedSuiteWatcher;
+class UploadDisplayState;
 
-// The application's one long-lived state: the configured computers and their
-// persistence, the navigation selection, the upload display state, supervision and
-// automation hand-over, and the session manager. Lives on the main thread.
+// The application's one long-lived state: the configured computers, the navigation
+// selection, the upload display state, supervision and automation hand-over, and the
+// session manager. It is the one object the rest of the console talks to; the stored list,
+// the upload display, the automation inbox and the supervision pass are classes of their
+// own that it owns. Lives on the main thread.
 class AppState : public QObject, public SessionStore {
     Q_OBJECT
 
@@ -47,16 +49,13 @@ public:
     NavigationItem selectedItem() const { return m_selectedItem; }
     void setSelectedItem(const NavigationItem &item);
 
-    bool isFileTransferInProgress() const { return m_isFileTransferInProgress; }
-    double fileTransferProgress() const { return m_fileTransferProgress; }
-    QString fileTransferFileName() const { return m_fileTransferFileName; }
-    QString fileTransferStatus() const { return m_fileTransferStatus; }
+    bool isFileTransferInProgress() const;
+    double fileTransferProgress() const;
+    QString fileTransferFileName() const;
+    QString fileTransferStatus() const;
 
     ZEKTManager &zektManager() const { return *m_zektManager; }
-    const QHash<QUuid, QDateTime> &lastAutoConnectAttempts() const
-    {
-        return m_lastAutoConnectAttempts;
-    }
+    const QHash<QUuid, QDateTime> &lastAutoConnectAttempts() const;
 
     // The computer list.
     void addComputer(const RemoteComputer &computer);
@@ -97,6 +96,7 @@ public:
     // Blocks until every requested save and thumbnail write has reached the disk.
     // Tests and benchmarks only.
     void waitForPendingWrites();
+    ComputerListStorage &storageForTesting() { return *m_storage; }
 
 Q_SIGNALS:
     void computersChanged();
@@ -105,41 +105,16 @@ Q_SIGNALS:
 
 private:
     void loadComputers();
-    void migrateLegacyComputersIfNeeded();
     void loadThumbnails();
-    void removeOrphanedThumbnails();
-    void carryOut(const PendingActions &actions);
-    void writeComputers(QList<RemoteComputer> computers);
     int indexOf(const QUuid &id) const;
 
     QList<RemoteComputer> m_computers;
     NavigationItem m_selectedItem;
-    bool m_isFileTransferInProgress = false;
-    double m_fileTransferProgress = 0.0;
-    QString m_fileTransferFileName;
-    QString m_fileTransferStatus;
-    quint64 m_fileTransferGeneration = 0;
-    int m_outcomeDisplayMs = 3000;
-    int m_cancelDisplayMs = 2000;
     std::unique_ptr<ZEKTManager> m_zektManager;
-    std::unique_ptr<QSettings> m_sharedUserDefaults;
-    std::unique_ptr<QSettings> m_legacyUserDefaults;
-    std::unique_ptr<SerialQueue> m_persistenceQueue;
-    std::unique_ptr<SerialQueue> m_thumbnailQueue;
+    std::unique_ptr<ComputerListStorage> m_storage;
+    UploadDisplayState *m_uploadDisplay;
+    std::unique_ptr<AutoConnectPass> m_autoConnect;
+    PendingActionInbox *m_pendingActions;
     std::unique_ptr<SharedSuiteWatcher> m_defaultsObserver;
-    QHash<QUuid, QDateTime> m_lastAutoConnectAttempts;
     std::function<QDateTime()> m_clock;
-    int m_connectionPollIntervalMs = 250;
-
-    // Saves not yet started are folded into the newest one (the last save wins).
-    struct PendingSave;
-    std::shared_ptr<PendingSave> m_pendingSave;
-
-    std::unique_ptr<SerialQueue> m_pendingActionsQueue;
-    // A read not yet started covers every later request; cleared by the read itself.
-    std::shared_ptr<std::atomic<bool>> m_pendingActionsReadScheduled;
-    // Set when this object goes, so that a queued read does not consume requests that
-    // nobody would carry out.
-    std::shared_ptr<std::atomic<bool>> m_isGone;
-    bool m_consumesPendingActions = true;
 };
