@@ -4,6 +4,7 @@
 #include "platform/Preferences.h"
 #include "session/ZEKTManager.h"
 #include "state/AppState.h"
+#include "state/ComputerListModel.h"
 #include "ui/ComputerTableModel.h"
 
 #include <QAction>
@@ -14,7 +15,8 @@
 #include <QToolBar>
 
 MainWindow::MainWindow(AppState &appState, QWidget *parent)
-    : QMainWindow(parent), m_appState(appState), m_model(new ComputerTableModel(appState, this)),
+    : QMainWindow(parent), m_appState(appState),
+      m_model(new ComputerTableModel(*new ComputerListModel(appState, this), this)),
       m_table(new QTableView(this))
 {
     setWindowTitle(tr("Telvane"));

@@ -10,6 +10,7 @@
 #include "platform/SharedSuiteWatcher.h"
 
 #include <QPointer>
+#include <QSet>
 
 namespace {
 
@@ -59,7 +60,36 @@ AppState::~AppState()
 
 void AppState::setComputers(QList<RemoteComputer> computers)
 {
-    m_computers = std::move(computers);
+    const QList<RemoteComputer> before = std::exchange(m_computers, std::move(computers));
+    const bool sameRows =
+        std::equal(before.begin(), before.end(), m_computers.begin(), m_computers.end(),
+                   [](const RemoteComputer &a, const RemoteComputer &b) { return a.id == b.id; });
+    if (sameRows) {
+        for (int row = 0; row < m_computers.size(); ++row) {
+            if (const ComputerFields fields = changedFields(before.at(row), m_computers.at(row)))
+                Q_EMIT computerChanged(m_computers.at(row).id, fields);
+        }
+    } else {
+        QSet<QUuid> removed;
+        for (const RemoteComputer &computer : before) {
+            if (!removed.contains(computer.id)) {
+                removed.insert(computer.id);
+                Q_EMIT computerRemoved(computer.id);
+            }
+        }
+        for (int row = 0; row < m_computers.size(); ++row)
+            Q_EMIT computerAdded(m_computers.at(row).id, row);
+    }
+    Q_EMIT computersChanged();
+}
+
+void AppState::replaceComputer(int index, RemoteComputer updated)
+{
+    const ComputerFields fields = changedFields(m_computers.at(index), updated);
+    const QUuid id = updated.id;
+    m_computers[index] = std::move(updated);
+    if (fields)
+        Q_EMIT computerChanged(id, fields);
     Q_EMIT computersChanged();
 }
 
@@ -96,9 +126,9 @@ int AppState::indexOf(const QUuid &id) const
 
 void AppState::addComputer(const RemoteComputer &computer)
 {
-    QList<RemoteComputer> list = m_computers;
-    list.append(computer);
-    setComputers(std::move(list));
+    m_computers.append(computer);
+    Q_EMIT computerAdded(computer.id, int(m_computers.size()) - 1);
+    Q_EMIT computersChanged();
     saveComputers();
 }
 
@@ -107,17 +137,15 @@ void AppState::updateComputer(const RemoteComputer &computer)
     const int index = indexOf(computer.id);
     if (index < 0)
         return;
-    QList<RemoteComputer> list = m_computers;
-    list[index] = computer;
-    setComputers(std::move(list));
+    replaceComputer(index, computer);
     saveComputers();
 }
 
 void AppState::removeComputer(const QUuid &id)
 {
-    QList<RemoteComputer> list = m_computers;
-    list.removeIf([&id](const RemoteComputer &c) { return c.id == id; });
-    setComputers(std::move(list));
+    if (m_computers.removeIf([&id](const RemoteComputer &c) { return c.id == id; }) > 0)
+        Q_EMIT computerRemoved(id);
+    Q_EMIT computersChanged();
     saveComputers();
 }
 
@@ -126,10 +154,10 @@ void AppState::updateConnectingStatus(const QUuid &id, bool isConnecting)
     const int index = indexOf(id);
     if (index < 0)
         return;
-    QList<RemoteComputer> list = m_computers;
-    list[index].isConnecting = isConnecting;
-    const QString label = list[index].displayName();
-    setComputers(std::move(list));
+    RemoteComputer computer = m_computers.at(index);
+    computer.isConnecting = isConnecting;
+    const QString label = computer.displayName();
+    replaceComputer(index, std::move(computer));
     saveComputers();
     LogManager::shared().log(QStringLiteral("AppState: Updated computer ") + label +
                                  QStringLiteral(" connecting status to ") + boolText(isConnecting),
@@ -142,8 +170,7 @@ void AppState::updateConnectionStatus(const QUuid &id, bool isConnected,
     const int index = indexOf(id);
     if (index < 0)
         return;
-    QList<RemoteComputer> list = m_computers;
-    RemoteComputer &computer = list[index];
+    RemoteComputer computer = m_computers.at(index);
     computer.isConnected = isConnected;
     computer.isConnecting = false;
     if (isConnected) {
@@ -153,7 +180,7 @@ void AppState::updateConnectionStatus(const QUuid &id, bool isConnected,
         computer.lastError = *error;
     }
     const QString label = computer.displayName();
-    setComputers(std::move(list));
+    replaceComputer(index, std::move(computer));
     saveComputers();
     LogManager::shared().log(QStringLiteral("AppState: Updated computer ") + label +
                                  QStringLiteral(" status to ") + boolText(isConnected),
@@ -165,9 +192,9 @@ void AppState::applySystemStats(const QUuid &id, const SystemStats &stats)
     const int index = indexOf(id);
     if (index < 0)
         return;
-    QList<RemoteComputer> list = m_computers;
-    list[index].systemStats = stats;
-    setComputers(std::move(list));
+    RemoteComputer computer = m_computers.at(index);
+    computer.systemStats = stats;
+    replaceComputer(index, std::move(computer));
     saveComputers();
 }
 
@@ -177,9 +204,9 @@ void AppState::storeThumbnail(const QUuid &id, const QByteArray &data)
         const int index = indexOf(id);
         if (index < 0)
             return;
-        QList<RemoteComputer> list = m_computers;
-        list[index].thumbnailImage = data;
-        setComputers(std::move(list));
+        RemoteComputer computer = m_computers.at(index);
+        computer.thumbnailImage = data;
+        replaceComputer(index, std::move(computer));
         saveComputers();
     });
 }

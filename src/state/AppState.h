@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/ComputerFields.h"
 #include "model/RemoteComputer.h"
 #include "session/SessionStore.h"
 #include "session/ZEKTManager.h"
@@ -41,7 +42,8 @@ public:
 
     // Published state.
     const QList<RemoteComputer> &computers() const override { return m_computers; }
-    // Assigns the whole list (observers see one change); does not save.
+    // Assigns the whole list; does not save. A list with the same ids in the same order
+    // announces each changed computer, any other as every computer removed and added anew.
     void setComputers(QList<RemoteComputer> computers);
     std::optional<RemoteComputer> computer(const QUuid &id) const;
     std::optional<QString> computerDisplayName(const QUuid &id) const override;
@@ -99,6 +101,12 @@ public:
     ComputerListStorage &storageForTesting() { return *m_storage; }
 
 Q_SIGNALS:
+    // Per computer, for views that update one row or card: a record appended at `row`;
+    // every record with that id removed; fields of that computer changed (only when some
+    // did). They come first; computersChanged() follows every change of the list.
+    void computerAdded(const QUuid &id, int row);
+    void computerRemoved(const QUuid &id);
+    void computerChanged(const QUuid &id, ComputerFields fields);
     void computersChanged();
     void selectedItemChanged();
     void fileTransferChanged();
@@ -107,6 +115,8 @@ private:
     void loadComputers();
     void loadThumbnails();
     int indexOf(const QUuid &id) const;
+    // Puts a new version of the record at `index` in its place and announces it.
+    void replaceComputer(int index, RemoteComputer updated);
 
     QList<RemoteComputer> m_computers;
     NavigationItem m_selectedItem;

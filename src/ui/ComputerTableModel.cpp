@@ -1,48 +1,37 @@
 #include "ComputerTableModel.h"
 
-#include "state/AppState.h"
+#include "state/ComputerListModel.h"
 
-namespace {
-
-// What a row shows; statistics and thumbnails change far more often and are not shown.
-bool sameRow(const RemoteComputer &a, const RemoteComputer &b)
+ComputerTableModel::ComputerTableModel(ComputerListModel &source, QObject *parent)
+    : QAbstractTableModel(parent), m_source(source)
 {
-    return a.id == b.id && a.name == b.name && a.host == b.host && a.port == b.port &&
-           a.isConnected == b.isConnected && a.isConnecting == b.isConnecting &&
-           a.lastError == b.lastError;
+    connect(&source, &QAbstractItemModel::rowsAboutToBeInserted, this,
+            [this](const QModelIndex &, int first, int last) { beginInsertRows({}, first, last); });
+    connect(&source, &QAbstractItemModel::rowsInserted, this, [this] { endInsertRows(); });
+    connect(&source, &QAbstractItemModel::rowsAboutToBeRemoved, this,
+            [this](const QModelIndex &, int first, int last) { beginRemoveRows({}, first, last); });
+    connect(&source, &QAbstractItemModel::rowsRemoved, this, [this] { endRemoveRows(); });
+    connect(&source, &QAbstractItemModel::modelAboutToBeReset, this, [this] { beginResetModel(); });
+    connect(&source, &QAbstractItemModel::modelReset, this, [this] { endResetModel(); });
+    connect(&source, &QAbstractItemModel::dataChanged, this, &ComputerTableModel::sourceChanged);
 }
 
-} // namespace
-
-ComputerTableModel::ComputerTableModel(AppState &appState, QObject *parent)
-    : QAbstractTableModel(parent), m_appState(appState), m_rows(appState.computers())
+void ComputerTableModel::sourceChanged(const QModelIndex &topLeft, const QModelIndex &bottomRight,
+                                       const QList<int> &roles)
 {
-    connect(&m_appState, &AppState::computersChanged, this, &ComputerTableModel::reload);
-}
-
-void ComputerTableModel::reload()
-{
-    const QList<RemoteComputer> &next = m_appState.computers();
-    if (next.size() != m_rows.size()) {
-        beginResetModel();
-        m_rows = next;
-        endResetModel();
+    static const QList<int> shown{
+        ComputerListModel::DisplayNameRole, ComputerListModel::AddressRole,
+        ComputerListModel::IsConnectedRole, ComputerListModel::IsConnectingRole,
+        ComputerListModel::LastErrorRole};
+    if (!roles.isEmpty() &&
+        std::none_of(roles.begin(), roles.end(), [](int role) { return shown.contains(role); }))
         return;
-    }
-    // Same number of rows: tell the view only about the rows whose text changed.
-    QList<int> changed;
-    for (int row = 0; row < next.size(); ++row) {
-        if (!sameRow(next.at(row), m_rows.at(row)))
-            changed.append(row);
-    }
-    m_rows = next;
-    for (int row : std::as_const(changed))
-        Q_EMIT dataChanged(index(row, 0), index(row, ColumnCount - 1));
+    Q_EMIT dataChanged(index(topLeft.row(), 0), index(bottomRight.row(), ColumnCount - 1));
 }
 
 int ComputerTableModel::rowCount(const QModelIndex &parent) const
 {
-    return parent.isValid() ? 0 : int(m_rows.size());
+    return parent.isValid() ? 0 : m_source.rowCount();
 }
 
 int ComputerTableModel::columnCount(const QModelIndex &parent) const
@@ -61,9 +50,9 @@ QString ComputerTableModel::statusText(const RemoteComputer &computer)
 
 QVariant ComputerTableModel::data(const QModelIndex &index, int role) const
 {
-    if (!index.isValid() || index.row() >= m_rows.size())
+    if (!index.isValid() || index.row() >= m_source.rowCount())
         return {};
-    const RemoteComputer &computer = m_rows.at(index.row());
+    const RemoteComputer &computer = m_source.computerAt(index.row());
     if (role == Qt::ToolTipRole && index.column() == LastErrorColumn)
         return computer.lastError.value_or(QString());
     if (role != Qt::DisplayRole)

@@ -4,16 +4,18 @@
 
 #include <QAbstractTableModel>
 
-class AppState;
+class ComputerListModel;
 
-// The stored computers as table rows: display name, host:port, status, last error.
+// The computer list as table columns (display name, host:port, status, last error) over
+// the list model: rows are inserted, removed and changed as the list model's are, and a
+// change that alters none of these columns (statistics, thumbnails) is not passed on.
 class ComputerTableModel : public QAbstractTableModel {
     Q_OBJECT
 
 public:
     enum Column { NameColumn, AddressColumn, StatusColumn, LastErrorColumn, ColumnCount };
 
-    explicit ComputerTableModel(AppState &appState, QObject *parent = nullptr);
+    explicit ComputerTableModel(ComputerListModel &source, QObject *parent = nullptr);
 
     int rowCount(const QModelIndex &parent = {}) const override;
     int columnCount(const QModelIndex &parent = {}) const override;
@@ -24,8 +26,8 @@ public:
     static QString statusText(const RemoteComputer &computer);
 
 private:
-    void reload();
+    void sourceChanged(const QModelIndex &topLeft, const QModelIndex &bottomRight,
+                       const QList<int> &roles);
 
-    AppState &m_appState;
-    QList<RemoteComputer> m_rows;
+    ComputerListModel &m_source;
 };

@@ -3,11 +3,16 @@
 #include "model/LogManager.h"
 #include "model/UuidText.h"
 #include "platform/AppPaths.h"
+#include "platform/SerialQueue.h"
 #include "platform/SettingsFiles.h"
+#include "state/ComputerListModel.h"
+#include "state/ComputerListStorage.h"
 
 #include <QDir>
 #include <QFile>
+#include <QSemaphore>
 #include <QSettings>
+#include <QSignalSpy>
 #include <QTest>
 
 namespace {
@@ -254,6 +259,116 @@ private Q_SLOTS:
         state.addComputer(makeComputer(QStringLiteral("Fresh")));
         state.waitForPendingWrites();
         QCOMPARE(ComputerJson::decodeList(storedBlob())->size(), 1);
+    }
+
+    void statisticsReportTouchesOneRowAndSavesCoalesce()
+    {
+        AppState state;
+        QList<RemoteComputer> fleet;
+        for (int i = 0; i < 200; ++i)
+            fleet << makeComputer(QStringLiteral("Fleet%1").arg(i));
+        state.setComputers(fleet);
+        ComputerListModel model(state);
+        state.waitForPendingWrites();
+        const int writesBefore = state.storageForTesting().listWriteCount();
+
+        // Hold the persistence queue, so the save asked for below stays pending.
+        QSemaphore release;
+        state.storageForTesting().persistenceQueueForTesting().enqueue([&] { release.acquire(); });
+        state.saveComputers();
+
+        QSignalSpy rowChanges(&model, &QAbstractItemModel::dataChanged);
+        QSignalSpy shape(&model, &QAbstractItemModel::rowsInserted);
+        QSignalSpy resets(&model, &QAbstractItemModel::modelReset);
+        QSignalSpy computerChanges(&state, &AppState::computerChanged);
+        QSignalSpy listChanges(&state, &AppState::computersChanged);
+        SystemStats report;
+        report.cpuUsage = 0.42;
+        report.osVersion = QStringLiteral("14.1");
+        state.applySystemStats(fleet.at(137).id, report);
+        QCOMPARE(rowChanges.size(), 1);
+        const QModelIndex top = rowChanges.first().at(0).toModelIndex();
+        const QModelIndex bottom = rowChanges.first().at(1).toModelIndex();
+        QCOMPARE(top.row(), 137);
+        QCOMPARE(bottom.row(), 137);
+        QVERIFY(rowChanges.first().at(2).value<QList<int>>().contains(
+            ComputerListModel::SystemStatsRole));
+        QCOMPARE(model.index(137).data(ComputerListModel::SystemStatsRole).value<SystemStats>(),
+                 report);
+        QCOMPARE(computerChanges.size(), 1);
+        QCOMPARE(computerChanges.first().at(1).value<ComputerFields>(),
+                 ComputerFields(ComputerField::systemStats));
+        QCOMPARE(listChanges.size(), 1); // supervision and automation still hear of it
+        QCOMPARE(shape.size() + resets.size(), 0);
+
+        // The same report again changes nothing a view shows.
+        state.applySystemStats(fleet.at(137).id, report);
+        QCOMPARE(rowChanges.size(), 1);
+
+        // A burst of reports while the save waits: one write, with the last figures.
+        for (int round = 0; round < 3; ++round) {
+            for (int i = 0; i < fleet.size(); ++i) {
+                SystemStats stats;
+                stats.freeMemory = quint64(round * 1000 + i);
+                state.applySystemStats(fleet.at(i).id, stats);
+            }
+        }
+        QCOMPARE(rowChanges.size(), 1 + 3 * 200);
+        release.release();
+        state.waitForPendingWrites();
+        QCOMPARE(state.storageForTesting().listWriteCount(), writesBefore + 1);
+        const auto stored = ComputerJson::decodeList(storedBlob());
+        QVERIFY(stored && stored->size() == 200);
+        QCOMPARE(stored->at(137).systemStats->freeMemory, quint64(2137));
+    }
+
+    void listModelFollowsAddRemoveAndWholeLists()
+    {
+        AppState state;
+        const RemoteComputer a = makeComputer(QStringLiteral("A"));
+        const RemoteComputer b = makeComputer(QStringLiteral("B"));
+        state.addComputer(a);
+        ComputerListModel model(state);
+        QSignalSpy inserted(&model, &QAbstractItemModel::rowsInserted);
+        QSignalSpy removed(&model, &QAbstractItemModel::rowsRemoved);
+        QSignalSpy changed(&model, &QAbstractItemModel::dataChanged);
+        const auto names = [&model] {
+            QStringList out;
+            for (int row = 0; row < model.rowCount(); ++row)
+                out << model.index(row).data().toString();
+            return out;
+        };
+
+        state.addComputer(b);
+        state.addComputer(a); // the same id twice: the list allows it
+        QCOMPARE(inserted.size(), 2);
+        QCOMPARE(inserted.last().at(1).toInt(), 2);
+        QCOMPARE(model.row(a.id), 0);
+        state.removeComputer(a.id); // every record with that id
+        QCOMPARE(removed.size(), 2);
+        QCOMPARE(names(), QStringList{"B"});
+
+        // A status change names its roles; credentials have none but the record's.
+        state.updateConnectingStatus(b.id, true);
+        QCOMPARE(changed.last().at(2).value<QList<int>>(),
+                 (QList<int>{ComputerListModel::IsConnectingRole, ComputerListModel::RecordRole}));
+        RemoteComputer renamed = state.computers().first();
+        renamed.password = QStringLiteral("new");
+        state.updateComputer(renamed);
+        QCOMPARE(changed.last().at(2).value<QList<int>>(),
+                 QList<int>{ComputerListModel::RecordRole});
+
+        // A whole list with the same rows changes rows; any other replaces them.
+        const int changesBefore = int(changed.size());
+        QList<RemoteComputer> same = state.computers();
+        same.first().name = QStringLiteral("Bee");
+        state.setComputers(same);
+        QCOMPARE(changed.size(), changesBefore + 1);
+        QCOMPARE(names(), QStringList{"Bee"});
+        state.setComputers({makeComputer(QStringLiteral("C")), same.first()});
+        QCOMPARE(names(), (QStringList{"C", "Bee"}));
+        QCOMPARE(model.row(same.first().id), 1);
+        state.waitForPendingWrites();
     }
 
     void releaseLogsDeinitialized()
