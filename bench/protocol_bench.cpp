@@ -145,7 +145,8 @@ void streaming(quint16 port, FixedScreen &screen, int seconds)
     std::atomic<qint64> bytes{0};
     // The console's handler releases each frame at once, as a fast reader would.
     client->setMessageHandler([&](const ZEKTMessagePtr &m) {
-        if (auto *image = dynamic_cast<const ScreenCaptureMessage *>(m.get())) {
+        if (m->type() == ZEKTMessage::Type::screenCapture) {
+            const auto *image = static_cast<const ScreenCaptureMessage *>(m.get());
             ++frames;
             bytes += image->imageData.size();
         }
@@ -179,7 +180,7 @@ double zektFileTransfer(quint16 port, const QString &path, qint64 size)
     auto client = ZEKTClient::create(QStringLiteral("127.0.0.1"), port);
     std::atomic<bool> verdict{false};
     client->setMessageHandler([&](const ZEKTMessagePtr &m) {
-        if (dynamic_cast<const FileTransferResponseMessage *>(m.get()))
+        if (m->type() == ZEKTMessage::Type::fileTransferResponse)
             verdict = true;
     });
     if (!settled(client->connect()) ||

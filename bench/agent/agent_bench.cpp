@@ -294,7 +294,7 @@ void agentFigures(const QString &workDir, double seconds)
         auto c = ZEKTClient::create(QStringLiteral("127.0.0.1"), agent.port());
         c->setOnServerIdentityMismatch([](const QString &, const QString &) { return true; });
         c->setMessageHandler([frames](const ZEKTMessagePtr &m) {
-            if (frames && dynamic_cast<const ScreenCaptureMessage *>(m.get()))
+            if (frames && m->type() == ZEKTMessage::Type::screenCapture)
                 ++*frames;
         });
         if (!settle(c->connect()).isEmpty() ||

@@ -10,6 +10,7 @@ public:
     {
     }
 
+    Type type() const override { return Type::authenticationResponse; }
     QString typeName() const override { return QStringLiteral("AuthenticationResponseMessage"); }
 
     bool success;

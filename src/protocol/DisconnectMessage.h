@@ -7,6 +7,7 @@ class DisconnectMessage : public ZEKTMessage {
 public:
     explicit DisconnectMessage(QString reason) : reason(std::move(reason)) {}
 
+    Type type() const override { return Type::disconnect; }
     QString typeName() const override { return QStringLiteral("DisconnectMessage"); }
 
     QString reason;

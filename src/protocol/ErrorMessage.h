@@ -7,6 +7,7 @@ class ErrorMessage : public ZEKTMessage {
 public:
     explicit ErrorMessage(QString errorMessage) : errorMessage(std::move(errorMessage)) {}
 
+    Type type() const override { return Type::error; }
     QString typeName() const override { return QStringLiteral("ErrorMessage"); }
 
     QString errorMessage;

@@ -10,6 +10,7 @@ public:
     {
     }
 
+    Type type() const override { return Type::fileTransferResponse; }
     QString typeName() const override { return QStringLiteral("FileTransferResponseMessage"); }
 
     bool success;

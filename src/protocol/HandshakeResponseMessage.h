@@ -10,6 +10,7 @@ public:
     {
     }
 
+    Type type() const override { return Type::handshakeResponse; }
     QString typeName() const override { return QStringLiteral("HandshakeResponseMessage"); }
 
     quint32 protocolVersion;

@@ -16,6 +16,7 @@ public:
     {
     }
 
+    Type type() const override { return Type::screenCapture; }
     QString typeName() const override { return QStringLiteral("ScreenCaptureMessage"); }
 
     quint32 displayID;

@@ -9,6 +9,7 @@
 
 class SystemStatsMessage : public ZEKTMessage {
 public:
+    Type type() const override { return Type::systemStats; }
     QString typeName() const override { return QStringLiteral("SystemStatsMessage"); }
 
     quint64 totalMemory = 0;

@@ -428,16 +428,27 @@ void ZEKTClientSession::onFrame(ZEKTFrame &frame)
         return;
     }
     const ZEKTMessagePtr &message = decoded.value;
+    using Type = ZEKTMessage::Type;
+    const Type type = message->type();
 
-    if (auto *handshake = dynamic_cast<const HandshakeResponseMessage *>(message.get())) {
+    // Before the handshake only errors and a disconnect make sense; pass them on.
+    if (m_phase != Phase::open && type != Type::handshakeResponse && type != Type::error &&
+        type != Type::disconnect) {
+        end(tr("%1 sent %2 before the handshake").arg(m_endpoint, message->typeName()), EPROTO);
+        return;
+    }
+
+    switch (type) {
+    case Type::handshakeResponse: {
+        const auto &handshake = static_cast<const HandshakeResponseMessage &>(*message);
         if (m_phase != Phase::handshake) {
             end(tr("%1 sent an unexpected handshake response").arg(m_endpoint), EPROTO);
             return;
         }
-        if (!supportedVersions().contains(handshake->protocolVersion)) {
+        if (!supportedVersions().contains(handshake.protocolVersion)) {
             end(tr("%1 chose protocol version %2, which this console does not speak")
                     .arg(m_endpoint)
-                    .arg(handshake->protocolVersion),
+                    .arg(handshake.protocolVersion),
                 EPROTONOSUPPORT);
             return;
         }
@@ -451,56 +462,50 @@ void ZEKTClientSession::onFrame(ZEKTFrame &frame)
         m_connectPromise.reset();
         return;
     }
-    if (m_phase != Phase::open) {
-        // Before the handshake only errors and a disconnect make sense; pass them on.
-        if (!dynamic_cast<const ErrorMessage *>(message.get()) &&
-            !dynamic_cast<const DisconnectMessage *>(message.get())) {
-            end(tr("%1 sent %2 before the handshake").arg(m_endpoint, message->typeName()), EPROTO);
-            return;
-        }
-    }
-
-    if (auto *auth = dynamic_cast<const AuthenticationResponseMessage *>(message.get())) {
+    case Type::authenticationResponse: {
+        const auto &auth = static_cast<const AuthenticationResponseMessage &>(*message);
         m_authTimer.stop();
         m_callbacks->message(message);
         if (!m_authPromise) {
             log(tr("Ignored an authentication response nobody asked for"), "WARN");
             return;
         }
-        if (auth->success) {
+        if (auth.success) {
             m_channel->setMaximumFrameSize(ZEKTFrame::maximumSize);
             setState(ZEKT::ConnectionState::connected);
             log(tr("Authenticated to %1").arg(m_endpoint), QStringLiteral("AUTH"));
             m_authPromise->finish();
         } else {
-            fail(m_authPromise, auth->reason.isEmpty() ? tr("Authentication failed") : auth->reason,
+            fail(m_authPromise, auth.reason.isEmpty() ? tr("Authentication failed") : auth.reason,
                  EACCES);
         }
         m_authPromise.reset();
         return;
     }
-    if (auto *result = dynamic_cast<const ZEKTCommandResultMessage *>(message.get())) {
-        const auto it = m_commands.find(result->requestId);
+    case Type::commandResult: {
+        const auto &result = static_cast<const ZEKTCommandResultMessage &>(*message);
+        const auto it = m_commands.find(result.requestId);
         if (it == m_commands.end()) {
-            log(tr("Ignored the result of unknown request %1").arg(result->requestId), "WARN");
+            log(tr("Ignored the result of unknown request %1").arg(result.requestId), "WARN");
             return;
         }
         const Promise promise = it->second;
         m_commands.erase(it);
-        if (result->success)
+        if (result.success)
             promise->finish();
         else
-            fail(promise, result->error.isEmpty() ? tr("The agent could not carry out the command")
-                                                  : result->error);
+            fail(promise, result.error.isEmpty() ? tr("The agent could not carry out the command")
+                                                 : result.error);
         return;
     }
-    if (auto *ready = dynamic_cast<const ZEKTFileReadyMessage *>(message.get())) {
-        uploadReady(ready->transferId, ready->accepted, ready->reason);
+    case Type::fileReady: {
+        const auto &ready = static_cast<const ZEKTFileReadyMessage &>(*message);
+        uploadReady(ready.transferId, ready.accepted, ready.reason);
         return;
     }
-    if (auto *image = dynamic_cast<const ScreenCaptureMessage *>(message.get())) {
+    case Type::screenCapture: {
         // The agent may send the next frame once the console let go of this one.
-        const quint64 number = image->frameNumber;
+        const quint64 number = static_cast<const ScreenCaptureMessage &>(*message).frameNumber;
         std::weak_ptr<ZEKTMailbox> box = m_mailbox;
         ZEKTMessagePtr tracked(message.get(),
                                [message, box, number, self = this](const ZEKTMessage *) {
@@ -510,16 +515,23 @@ void ZEKTClientSession::onFrame(ZEKTFrame &frame)
         m_callbacks->message(tracked);
         return;
     }
-    if (auto *bye = dynamic_cast<const DisconnectMessage *>(message.get())) {
+    case Type::disconnect:
         m_callbacks->message(message);
-        end(tr("%1 closed the session: %2").arg(m_endpoint, bye->reason), ECONNRESET, true);
+        end(tr("%1 closed the session: %2")
+                .arg(m_endpoint, static_cast<const DisconnectMessage &>(*message).reason),
+            ECONNRESET, true);
         return;
-    }
-    if (dynamic_cast<const FileTransferResponseMessage *>(message.get())) {
+    case Type::fileTransferResponse:
         if (!m_uploads.empty() && m_uploads.front()->step == Upload::Step::awaitingVerdict) {
             m_uploads.pop_front();
             startNextUpload();
         }
+        break;
+    case Type::systemStats:
+    case Type::error:
+    case Type::heartbeat:
+    case Type::heartbeatResponse:
+        break;
     }
     m_callbacks->message(message);
 }

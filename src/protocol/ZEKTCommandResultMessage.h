@@ -11,6 +11,7 @@ public:
     {
     }
 
+    Type type() const override { return Type::commandResult; }
     QString typeName() const override { return QStringLiteral("ZEKTCommandResultMessage"); }
 
     quint64 requestId;

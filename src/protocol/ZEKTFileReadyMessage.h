@@ -11,6 +11,7 @@ public:
     {
     }
 
+    Type type() const override { return Type::fileReady; }
     QString typeName() const override { return QStringLiteral("ZEKTFileReadyMessage"); }
 
     quint64 transferId;

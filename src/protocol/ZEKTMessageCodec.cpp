@@ -322,31 +322,37 @@ std::shared_ptr<SystemStatsMessage> decodeStats(Fields &f)
 QByteArray ZEKTMessageCodec::encodeMessage(const ZEKTMessage &message)
 {
     QCborMap m;
-    if (dynamic_cast<const HeartbeatMessage *>(&message))
+    switch (message.type()) {
+    case ZEKTMessage::Type::heartbeat:
         return frame(Type::heartbeat, m);
-    if (dynamic_cast<const HeartbeatResponseMessage *>(&message))
+    case ZEKTMessage::Type::heartbeatResponse:
         return frame(Type::heartbeatResponse, m);
-    if (auto *d = dynamic_cast<const DisconnectMessage *>(&message)) {
-        m.insert(QStringLiteral("reason"), d->reason);
+    case ZEKTMessage::Type::disconnect: {
+        const auto &d = static_cast<const DisconnectMessage &>(message);
+        m.insert(QStringLiteral("reason"), d.reason);
         return frame(Type::disconnect, m);
     }
-    if (auto *h = dynamic_cast<const HandshakeResponseMessage *>(&message)) {
-        m.insert(QStringLiteral("protocolVersion"), static_cast<qint64>(h->protocolVersion));
-        m.insert(QStringLiteral("agentVersion"), h->agentVersion);
+    case ZEKTMessage::Type::handshakeResponse: {
+        const auto &h = static_cast<const HandshakeResponseMessage &>(message);
+        m.insert(QStringLiteral("protocolVersion"), static_cast<qint64>(h.protocolVersion));
+        m.insert(QStringLiteral("agentVersion"), h.agentVersion);
         return frame(Type::handshakeResponse, m);
     }
-    if (auto *a = dynamic_cast<const AuthenticationResponseMessage *>(&message)) {
-        m.insert(QStringLiteral("success"), a->success);
-        m.insert(QStringLiteral("reason"), a->reason);
+    case ZEKTMessage::Type::authenticationResponse: {
+        const auto &a = static_cast<const AuthenticationResponseMessage &>(message);
+        m.insert(QStringLiteral("success"), a.success);
+        m.insert(QStringLiteral("reason"), a.reason);
         return frame(Type::authenticationResponse, m);
     }
-    if (auto *r = dynamic_cast<const ZEKTCommandResultMessage *>(&message)) {
-        m.insert(QStringLiteral("requestId"), static_cast<qint64>(r->requestId));
-        m.insert(QStringLiteral("success"), r->success);
-        m.insert(QStringLiteral("error"), r->error);
+    case ZEKTMessage::Type::commandResult: {
+        const auto &r = static_cast<const ZEKTCommandResultMessage &>(message);
+        m.insert(QStringLiteral("requestId"), static_cast<qint64>(r.requestId));
+        m.insert(QStringLiteral("success"), r.success);
+        m.insert(QStringLiteral("error"), r.error);
         return frame(Type::commandResult, m);
     }
-    if (auto *s = dynamic_cast<const ScreenCaptureMessage *>(&message)) {
+    case ZEKTMessage::Type::screenCapture: {
+        const auto *s = static_cast<const ScreenCaptureMessage *>(&message);
         return ZEKTFrame::encodeWith(static_cast<quint16>(Type::screenImage),
                                      s->imageData.size() + 160, [s](QCborStreamWriter &w) {
                                          w.startMap(s->sequenceNumber ? 8 : 7);
@@ -371,22 +377,26 @@ QByteArray ZEKTMessageCodec::encodeMessage(const ZEKTMessage &message)
                                          w.endMap();
                                      });
     }
-    if (auto *s = dynamic_cast<const SystemStatsMessage *>(&message))
-        return frame(Type::systemStats, encodeStats(*s));
-    if (auto *e = dynamic_cast<const ErrorMessage *>(&message)) {
-        m.insert(QStringLiteral("errorMessage"), e->errorMessage);
+    case ZEKTMessage::Type::systemStats:
+        return frame(Type::systemStats,
+                     encodeStats(static_cast<const SystemStatsMessage &>(message)));
+    case ZEKTMessage::Type::error:
+        m.insert(QStringLiteral("errorMessage"),
+                 static_cast<const ErrorMessage &>(message).errorMessage);
         return frame(Type::error, m);
-    }
-    if (auto *r = dynamic_cast<const ZEKTFileReadyMessage *>(&message)) {
-        m.insert(QStringLiteral("transferId"), static_cast<qint64>(r->transferId));
-        m.insert(QStringLiteral("accepted"), r->accepted);
-        m.insert(QStringLiteral("reason"), r->reason);
+    case ZEKTMessage::Type::fileReady: {
+        const auto &r = static_cast<const ZEKTFileReadyMessage &>(message);
+        m.insert(QStringLiteral("transferId"), static_cast<qint64>(r.transferId));
+        m.insert(QStringLiteral("accepted"), r.accepted);
+        m.insert(QStringLiteral("reason"), r.reason);
         return frame(Type::fileReady, m);
     }
-    if (auto *r = dynamic_cast<const FileTransferResponseMessage *>(&message)) {
-        m.insert(QStringLiteral("success"), r->success);
-        m.insert(QStringLiteral("message"), r->message);
+    case ZEKTMessage::Type::fileTransferResponse: {
+        const auto &r = static_cast<const FileTransferResponseMessage &>(message);
+        m.insert(QStringLiteral("success"), r.success);
+        m.insert(QStringLiteral("message"), r.message);
         return frame(Type::fileResponse, m);
+    }
     }
     Q_ASSERT_X(false, "ZEKTMessageCodec", "message type without a wire form");
     return {};

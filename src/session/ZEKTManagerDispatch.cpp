@@ -9,9 +9,6 @@
 #include "protocol/DisconnectMessage.h"
 #include "protocol/ErrorMessage.h"
 #include "protocol/FileTransferResponseMessage.h"
-#include "protocol/HandshakeResponseMessage.h"
-#include "protocol/HeartbeatMessage.h"
-#include "protocol/HeartbeatResponseMessage.h"
 #include "protocol/ScreenCaptureMessage.h"
 #include "protocol/SystemStatsMessage.h"
 
@@ -36,25 +33,33 @@ void ZEKTManager::handleMessage(const ZEKTMessagePtr &message, const QUuid &id,
     if (!m)
         return;
 
-    if (dynamic_cast<const HandshakeResponseMessage *>(m)) {
+    using Type = ZEKTMessage::Type;
+    switch (m->type()) {
+    case Type::handshakeResponse:
         log(QStringLiteral("Handshake completed for ") + name +
                 QStringLiteral(", connection fully established"),
             "CONNECT");
-    } else if (auto *auth = dynamic_cast<const AuthenticationResponseMessage *>(m)) {
-        if (auth->success)
+        return;
+    case Type::authenticationResponse: {
+        const bool success = static_cast<const AuthenticationResponseMessage *>(m)->success;
+        if (success)
             log(QStringLiteral("Authentication successful for computer ") + name, "AUTH");
         else
             log(QStringLiteral("Authentication failed for computer ") + name, "ERROR");
-        finishConnectionAttempt(id, auth->success, std::nullopt);
-    } else if (auto *capture = dynamic_cast<const ScreenCaptureMessage *>(m)) {
-        handleScreenCapture(*capture, id, name);
-    } else if (auto *error = dynamic_cast<const ErrorMessage *>(m)) {
+        finishConnectionAttempt(id, success, std::nullopt);
+        return;
+    }
+    case Type::screenCapture:
+        handleScreenCapture(*static_cast<const ScreenCaptureMessage *>(m), id, name);
+        return;
+    case Type::error:
         log(QStringLiteral("Error message received from ") + name + QStringLiteral(": ") +
-                error->errorMessage,
+                static_cast<const ErrorMessage *>(m)->errorMessage,
             "ERROR");
-    } else if (auto *disconnect = dynamic_cast<const DisconnectMessage *>(m)) {
+        return;
+    case Type::disconnect:
         log(QStringLiteral("Disconnect message received from ") + name + QStringLiteral(": ") +
-                disconnect->reason,
+                static_cast<const DisconnectMessage *>(m)->reason,
             "CONNECT");
         QMetaObject::invokeMethod(
             this,
@@ -63,24 +68,34 @@ void ZEKTManager::handleMessage(const ZEKTMessagePtr &message, const QUuid &id,
                     handleDisconnectMessage(id);
             },
             Qt::QueuedConnection);
-    } else if (dynamic_cast<const HeartbeatMessage *>(m)) {
+        return;
+    case Type::heartbeat:
         log(QStringLiteral("Heartbeat received from ") + name, "HEARTBEAT");
-    } else if (dynamic_cast<const HeartbeatResponseMessage *>(m)) {
+        return;
+    case Type::heartbeatResponse:
         log(QStringLiteral("Heartbeat response received from ") + name, "HEARTBEAT");
-    } else if (auto *transfer = dynamic_cast<const FileTransferResponseMessage *>(m)) {
+        return;
+    case Type::fileTransferResponse: {
+        const auto *transfer = static_cast<const FileTransferResponseMessage *>(m);
         log(QStringLiteral("File transfer response received from ") + name + QStringLiteral(": ") +
                 transfer->message,
             "FILE");
         store().completeFileTransfer(transfer->success
                                          ? transfer->message
                                          : QStringLiteral("Upload failed: ") + transfer->message);
-    } else if (auto *stats = dynamic_cast<const SystemStatsMessage *>(m)) {
-        handleSystemStats(*stats, id);
-    } else {
-        log(QStringLiteral("Unhandled message type: ") + m->typeName() + QStringLiteral(" from ") +
-                name,
-            "WARN");
+        return;
     }
+    case Type::systemStats:
+        handleSystemStats(*static_cast<const SystemStatsMessage *>(m), id);
+        return;
+    case Type::commandResult:
+    case Type::fileReady:
+        // The client consumes these itself; one reaching this far is reported.
+        break;
+    }
+    log(QStringLiteral("Unhandled message type: ") + m->typeName() + QStringLiteral(" from ") +
+            name,
+        "WARN");
 }
 
 void ZEKTManager::handleDisconnectMessage(const QUuid &id)

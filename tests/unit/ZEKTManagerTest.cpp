@@ -6,6 +6,7 @@
 #include "protocol/FileTransferResponseMessage.h"
 #include "protocol/HeartbeatMessage.h"
 #include "protocol/SystemStatsMessage.h"
+#include "protocol/ZEKTCommandResultMessage.h"
 
 #include <QTemporaryDir>
 #include <QThread>
@@ -225,6 +226,11 @@ private Q_SLOTS:
         h.fake().sendMessage(stats);
         QTRY_VERIFY(h.record().systemStats.has_value());
         const SystemStats s = *h.record().systemStats;
+        // A kind the manager does not act on is named in the log.
+        h.fake().sendMessage(std::make_shared<ZEKTCommandResultMessage>(7, true));
+        QTRY_COMPARE(
+            LogLines::count("WARN", "Unhandled message type: ZEKTCommandResultMessage from Studio"),
+            1);
         QCOMPARE(s.cpuUsage, 12.5);
         QCOMPARE(s.activeProcess, QString()); // present, even when empty
         QCOMPARE(s.uptimeSeconds, 42u);
