@@ -15,7 +15,7 @@ packages=(
   libgtest-dev libgmock-dev libbenchmark-dev nlohmann-json3-dev
   # running the console, the agent and the tests
   xvfb xauth x11-utils fonts-dejavu-core openssl avahi-daemon avahi-utils dbus iproute2
-  util-linux procps psmisc x11vnc xdotool
+  util-linux procps psmisc x11vnc xdotool python3
 )
 
 missing=()
