@@ -1,7 +1,8 @@
 // Prints the session manager's main-thread costs: one streamed 1920x1080 JPEG frame
 // through the screen pipeline beside one bare TurboJPEG decode of it, and, with
-// --fleet N, N simulated agents held by one manager. Run with a private HOME and stdout
-// to /dev/null (the log mirrors every line there); figures go to stderr:
+// --fleet N, N simulated agents held by one manager, with (in the console build) a list
+// view over the computer list model counting the rows it repaints. Run with a private
+// HOME and stdout to /dev/null (the log mirrors every line there); figures go to stderr:
 //   tests/run-isolated.sh build/bench/session_bench --fleet 200 > /dev/null
 #include "FakeZEKTClient.h"
 #include "model/LogManager.h"
@@ -12,6 +13,7 @@
 #include "session/TurboJpegDecoder.h"
 #include "session/ZEKTManager.h"
 #include "state/AppState.h"
+#include "state/ComputerListModel.h"
 
 #include <QBuffer>
 #include <QCommandLineParser>
@@ -30,6 +32,12 @@
 #include <algorithm>
 #include <cstdio>
 #include <ctime>
+
+#ifdef TELVANE_BENCH_WIDGETS
+#include <QApplication>
+#include <QListView>
+#include <QStyledItemDelegate>
+#endif
 
 namespace {
 
@@ -131,6 +139,34 @@ bool accepts(quint16 port)
     return socket.waitForConnected(200);
 }
 
+#ifdef TELVANE_BENCH_WIDGETS
+// Counts the rows a list view paints.
+class CountingDelegate : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+    void paint(QPainter *painter, const QStyleOptionViewItem &option,
+               const QModelIndex &index) const override
+    {
+        ++paints[index.row()];
+        QStyledItemDelegate::paint(painter, option, index);
+    }
+    mutable QHash<int, int> paints;
+};
+
+// Counts the rows the model's changes invalidate in the view.
+class CountingListView : public QListView {
+public:
+    void dataChanged(const QModelIndex &topLeft, const QModelIndex &bottomRight,
+                     const QList<int> &roles) override
+    {
+        for (int row = topLeft.row(); row <= bottomRight.row(); ++row)
+            ++invalidated[row];
+        QListView::dataChanged(topLeft, bottomRight, roles);
+    }
+    QHash<int, int> invalidated;
+};
+#endif
+
 void framePipeline(int frames)
 {
     const QByteArray jpeg = desktopFrame(0);
@@ -186,7 +222,7 @@ void framePipeline(int frames)
                  median(pipeline) / median(bareDecode), median(pipelineDecode), median(thumbnail));
 }
 
-void fleet(int count, int seconds)
+void fleet(int count, int seconds, bool withView)
 {
     QTemporaryDir dir;
     const QString credentials = dir.filePath(QStringLiteral("credentials"));
@@ -258,12 +294,40 @@ void fleet(int count, int seconds)
     const double connectCpuSeconds = double(threadCpuNs() - cpuBefore) / 1e9;
     const auto connected = connectedCount();
 
+    // Statistics reports per row, as the list model announces them.
+    ComputerListModel model(state);
+    QHash<int, int> reports;
+    QObject::connect(&state, &AppState::computerChanged, &model,
+                     [&](const QUuid &id, ComputerFields fields) {
+                         if (fields.testFlag(ComputerField::systemStats))
+                             ++reports[model.row(id)];
+                     });
+#ifdef TELVANE_BENCH_WIDGETS
+    // Every row on screen at once, so a repaint of any row would be seen.
+    CountingListView view;
+    auto *delegate = new CountingDelegate(&view);
+    view.setItemDelegate(delegate);
+    view.setUniformItemSizes(true);
+    view.setModel(&model);
+    view.resize(360, 40 + count * std::max(1, view.sizeHintForRow(0)));
+    if (withView)
+        view.show();
+#endif
+
     runEventLoopFor(2000); // let the connection burst settle
+#ifdef TELVANE_BENCH_WIDGETS
+    delegate->paints.clear();
+    view.invalidated.clear();
+#endif
+    reports.clear();
     const qint64 busyBefore = threadCpuNs();
     QElapsedTimer window;
     window.start();
     runEventLoopFor(seconds * 1000);
     const double busy = double(threadCpuNs() - busyBefore) / double(window.nsecsElapsed());
+    int reportCount = 0;
+    for (int n : std::as_const(reports))
+        reportCount += n;
     std::fprintf(stderr,
                  "Fleet of %d simulated agents (statistics every 5 s), one manager:\n"
                  "  connected: %lld of %d after %.2f s (goal <= 10 s); every handshake done "
@@ -273,6 +337,30 @@ void fleet(int count, int seconds)
                  "  resident memory: %.1f MB before the fleet, %.1f MB with it (goal <= 200 MB)\n",
                  count, qint64(connected), count, connectSeconds, handshakeSeconds,
                  connectCpuSeconds, busy * 100.0, seconds, rssBefore, residentMegabytes());
+#ifdef TELVANE_BENCH_WIDGETS
+    // Only a reporting row may be invalidated, once per report; the paints show what the
+    // view then draws (it paints the bounding box of the rows dirty in one pass).
+    int invalidated = 0, rowsInvalidatedForOthers = 0, paints = 0;
+    for (auto it = view.invalidated.cbegin(); it != view.invalidated.cend(); ++it) {
+        invalidated += it.value();
+        rowsInvalidatedForOthers += it.value() > reports.value(it.key());
+    }
+    for (int n : std::as_const(delegate->paints))
+        paints += n;
+    const double perReport = reportCount ? 1.0 / reportCount : 0.0;
+    std::fprintf(stderr,
+                 "  list view over the computer list model, %d rows on screen, %d statistics "
+                 "reports:\n"
+                 "    rows invalidated per report: %.2f; rows invalidated for another "
+                 "computer's report: %d (goal 0)\n"
+                 "    rows painted per report: %.2f (reports that arrive together share one "
+                 "paint pass)\n",
+                 count, reportCount, invalidated * perReport, rowsInvalidatedForOthers,
+                 paints * perReport);
+#else
+    std::fprintf(stderr, "  %d statistics reports (no list view: built without the console)\n",
+                 reportCount);
+#endif
     for (const RemoteComputer &c : computers)
         state.zektManager().disconnectFromComputer(c);
     agents.terminate();
@@ -284,14 +372,19 @@ void fleet(int count, int seconds)
 
 int main(int argc, char **argv)
 {
+#ifdef TELVANE_BENCH_WIDGETS
+    QApplication app(argc, argv);
+#else
     QGuiApplication app(argc, argv);
+#endif
     QCommandLineParser parser;
     parser.addOptions({{"frames", "Frames to time.", "N", "60"},
                        {"fleet", "Simulated agents for the fleet run (0: none).", "N", "0"},
-                       {"seconds", "Length of the statistics window.", "S", "30"}});
+                       {"seconds", "Length of the statistics window.", "S", "30"},
+                       {"no-view", "Leave the fleet's list view hidden."}});
     parser.process(app);
     framePipeline(std::max(1, parser.value("frames").toInt()));
     if (const int count = parser.value("fleet").toInt(); count > 0)
-        fleet(count, std::max(5, parser.value("seconds").toInt()));
+        fleet(count, std::max(5, parser.value("seconds").toInt()), !parser.isSet("no-view"));
     return 0;
 }
