@@ -58,7 +58,7 @@ public:
     void completeFileTransfer(const QString &) override {}
 
 private:
-    const QList<RemoteComputer> m_none;
+    QList<RemoteComputer> m_none;
 };
 
 } // namespace
