@@ -1,4 +1,6 @@
 #include "MainWindow.h"
+#include "discovery/BonjourDiscoveryManager.h"
+#include "discovery/avahi/AvahiDiscoveryBackend.h"
 #include "model/ComputerJson.h"
 #include "platform/AppIdentity.h"
 #include "platform/Preferences.h"
@@ -57,6 +59,8 @@ int main(int argc, char *argv[])
     QtAlertPresenter alertPresenter; // outlives the state, which may still raise an alert
     AppState appState;
     appState.zektManager().setAlertPresenter(&alertPresenter);
+    // The one discovery manager, for the add form; it outlives every window.
+    BonjourDiscoveryManager discovery(std::make_unique<AvahiDiscoveryBackend>());
     if (seed && appState.computers().isEmpty())
         appState.addComputer(*seed);
     SupervisionController supervision(
