@@ -13,7 +13,6 @@
 #include <QListView>
 #include <QProgressBar>
 #include <QPushButton>
-#include <QScrollArea>
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
@@ -56,25 +55,10 @@ AddComputerDialog::AddComputerDialog(AddComputerView *view, QWidget *parent)
     bodyLayout->addWidget(buildDiscoveredSection(), 1);
     bodyLayout->addWidget(buildManualSection());
     bodyLayout->addWidget(buildAuthenticationSection());
-    auto *scroll = new QScrollArea(this);
-    scroll->setWidget(body);
-    scroll->setWidgetResizable(true);
-    scroll->setFrameShape(QFrame::NoFrame);
-
-    m_cancelButton = FormWidgets::button(tr("Cancel"), this);
+    auto *cancel = FormWidgets::button(tr("Cancel"), this);
     m_addButton = FormWidgets::button(tr("Add Now"), this);
-    auto *buttons = new QHBoxLayout;
-    buttons->addStretch(1);
-    buttons->addWidget(m_cancelButton);
-    buttons->addWidget(m_addButton);
-
-    auto *layout = new QVBoxLayout(this);
-    layout->addWidget(FormWidgets::header(tr("Add Remote Computer or Server"), note, this));
-    layout->addWidget(scroll, 1);
-    layout->addLayout(buttons);
-
-    FormWidgets::makeOnlyDefault(this, m_addButton);
-    connect(m_cancelButton, &QPushButton::clicked, this, &QDialog::reject);
+    arrange(FormWidgets::header(tr("Add Remote Computer or Server"), note, this), body, cancel,
+            m_addButton);
     connect(m_addButton, &QPushButton::clicked, this, &AddComputerDialog::addNow);
     connect(m_view, &AddComputerView::changed, this, &AddComputerDialog::refresh);
     connect(m_view, &AddComputerView::closed, this, &AddComputerDialog::formClosed);
@@ -140,8 +124,8 @@ QWidget *AddComputerDialog::buildDiscoveredSection()
     auto *emptyPage = new QWidget(m_pages);
     auto *emptyLayout = new QVBoxLayout(emptyPage);
     emptyLayout->addStretch(1);
-    m_emptyText = new QLabel(AddComputerView::nothingFoundText(), emptyPage);
-    emptyLayout->addWidget(m_emptyText, 0, Qt::AlignHCenter);
+    emptyLayout->addWidget(new QLabel(AddComputerView::nothingFoundText(), emptyPage), 0,
+                           Qt::AlignHCenter);
     m_emptySearchAgain = FormWidgets::button(tr("Search again"), emptyPage);
     emptyLayout->addWidget(m_emptySearchAgain, 0, Qt::AlignHCenter);
     emptyLayout->addStretch(1);

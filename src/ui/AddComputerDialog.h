@@ -41,7 +41,6 @@ private:
     QPushButton *m_headSearchAgain = nullptr;
     QStackedWidget *m_pages = nullptr;
     QListView *m_list = nullptr;
-    QLabel *m_emptyText = nullptr;
     QPushButton *m_emptySearchAgain = nullptr;
     QPushButton *m_manualButton = nullptr;
     QGroupBox *m_manualSection = nullptr;
@@ -50,7 +49,6 @@ private:
     QLineEdit *m_portEdit = nullptr;
     QLineEdit *m_usernameEdit = nullptr;
     QLineEdit *m_passwordEdit = nullptr;
-    QPushButton *m_cancelButton = nullptr;
     QPushButton *m_addButton = nullptr;
     bool m_followingView = false; // the list's current row is being set from the view model
 };

@@ -6,11 +6,9 @@
 
 #include <QFormLayout>
 #include <QGroupBox>
-#include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QScrollArea>
 #include <QVBoxLayout>
 
 EditComputerDialog::EditComputerDialog(EditComputerView *view, QWidget *parent)
@@ -67,22 +65,9 @@ EditComputerDialog::EditComputerDialog(EditComputerView *view, QWidget *parent)
     bodyLayout->addWidget(section(tr("Security"), security));
     bodyLayout->addWidget(section(tr("Additional Information"), additional));
     bodyLayout->addStretch(1);
-    auto *scroll = new QScrollArea(this);
-    scroll->setWidget(body);
-    scroll->setWidgetResizable(true);
-    scroll->setFrameShape(QFrame::NoFrame);
-
     auto *cancel = FormWidgets::button(tr("Cancel"), this);
     m_saveButton = FormWidgets::button(tr("Save Changes"), this);
-    auto *buttons = new QHBoxLayout;
-    buttons->addStretch(1);
-    buttons->addWidget(cancel);
-    buttons->addWidget(m_saveButton);
-
-    auto *layout = new QVBoxLayout(this);
-    layout->addWidget(FormWidgets::header(tr("Edit Computer"), subtitle, this));
-    layout->addWidget(scroll, 1);
-    layout->addLayout(buttons);
+    arrange(FormWidgets::header(tr("Edit Computer"), subtitle, this), body, cancel, m_saveButton);
 
     const struct {
         QLineEdit *edit;
@@ -106,8 +91,6 @@ EditComputerDialog::EditComputerDialog(EditComputerView *view, QWidget *parent)
                        {EditComputerView::usernameKey, {username, usernameError}},
                        {EditComputerView::passwordKey, {password, passwordError}}};
 
-    FormWidgets::makeOnlyDefault(this, m_saveButton);
-    connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
     connect(m_saveButton, &QPushButton::clicked, m_view, &EditComputerView::save);
     connect(m_view, &EditComputerView::validated, this, &EditComputerDialog::showValidation);
     connect(m_view, &EditComputerView::closed, this, &EditComputerDialog::formClosed);

@@ -2,6 +2,8 @@
 
 #include <QDialog>
 
+class QPushButton;
+
 // A dialog over a form's view model: the view model hears when the dialog first appears
 // and when it closes, whichever way (a button, Escape, the window's close button), and the
 // dialog closes when the view model says the form is done.
@@ -20,6 +22,9 @@ protected:
     virtual void formClosing() = 0;
     // Connect the view model's "closed" here.
     void formClosed();
+    // The header on top, `body` scrolling beneath it, then "Cancel" and the confirming
+    // button, which alone answers Return; "Cancel" (and Escape) rejects.
+    void arrange(QWidget *header, QWidget *body, QPushButton *cancel, QPushButton *confirm);
 
     void showEvent(QShowEvent *event) override;
 

@@ -8,6 +8,7 @@
 #include "ui/DialogComputerFormFactory.h"
 #include "ui/EditComputerDialog.h"
 
+#include <QApplication>
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
@@ -195,6 +196,16 @@ private Q_SLOTS:
 
         type(password, "pw");
         QVERIFY(save->isEnabled());
+        // Keyboard order follows the sections, then the buttons.
+        field(dialog, "Computer Name (optional)")->setFocus();
+        QStringList order;
+        for (int i = 0; i < 9; ++i) {
+            order << QApplication::focusWidget()->accessibleName();
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        }
+        QCOMPARE(order, (QStringList{"Computer Name (optional)", "Remote IP Address", "Port",
+                                     "Username", "Password", "Description (optional)",
+                                     "Tags (comma-separated)", "Cancel", "Save Changes"}));
         QCOMPARE(errorUnder(password), QString());
         type(field(dialog, "Remote IP Address"), "");
         QTest::keyClick(field(dialog, "Remote IP Address"), Qt::Key_Backspace);
