@@ -114,14 +114,8 @@ void BonjourDiscoveryManager::serviceRemoved(quint64 browse, const ServiceInstan
 
     QList<DiscoveredServer> servers = m_discoveredServers;
     if (gone) {
+        // Every row with its host and port goes, also one another name resolved to.
         servers.removeIf([&gone](const DiscoveredServer &s) { return s == *gone; });
-        // Another name announced on the same host and port keeps its row.
-        for (const Service &other : std::as_const(m_services)) {
-            if (other.server && *other.server == *gone) {
-                servers.append(*other.server);
-                break;
-            }
-        }
     } else {
         servers.removeIf([&copy](const DiscoveredServer &s) { return s.name() == copy.name; });
     }

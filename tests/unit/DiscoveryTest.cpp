@@ -146,13 +146,14 @@ private Q_SLOTS:
         b.removed(QStringLiteral("Gamma"), 2, 0);
         settle();
         QCOMPARE(rows(manager), QStringList{"Beta@a.local:5905"});
-        // Alpha, resolved to the same host and port before Beta, goes: Beta still holds it.
+        // Alpha, resolved to the same host and port as Beta, goes with its last copy, and
+        // with it every row of that host and port.
         b.removed(QStringLiteral("Alpha"), 2, 0);
         settle();
-        QCOMPARE(rows(manager).size(), 1);
+        QCOMPARE(rows(manager), QStringList{"Beta@a.local:5905"});
         b.removed(QStringLiteral("Alpha"), 3, 1);
         settle();
-        QCOMPARE(rows(manager), QStringList{"Beta@a.local:5905"});
+        QVERIFY(manager.discoveredServers().isEmpty());
         b.removed(QStringLiteral("Beta"));
         settle();
         QVERIFY(manager.discoveredServers().isEmpty());
