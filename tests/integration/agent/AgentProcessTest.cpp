@@ -150,7 +150,7 @@ private Q_SLOTS:
         QVERIFY(s.diskVolumes && s.diskVolumes->size() == 2);
         QCOMPARE(s.agentVersion,
                  std::optional<QString>(QStringLiteral(TELVANE_AGENT_VERSION_TEXT)));
-        QVERIFY(m_agent->waitForLine(QStringLiteral("authenticated as tester")));
+        QVERIFY(m_agent->waitForLine(QStringLiteral("tester logged in from")));
         c->disconnect();
     }
 
@@ -453,6 +453,36 @@ private Q_SLOTS:
 #else
         QSKIP("built without X11");
 #endif
+    }
+
+    // One event, one line, its reason said once: whether the console or the agent ended it.
+    void eachLogLineSaysItsReasonOnce()
+    {
+        auto agent =
+            extraAgent(QStringLiteral("reasons"), {QStringLiteral("--simulate"),
+                                                   QStringLiteral("--port"), QStringLiteral("0")});
+        QVERIFY(agent);
+        Recorder first;
+        auto byConsole = client(agent->port(), first);
+        QVERIFY(byConsole);
+        byConsole->disconnect();
+        QVERIFY(agent->waitForLine(QStringLiteral("closed")));
+        Recorder second;
+        auto byAgent = client(agent->port(), second);
+        QVERIFY(byAgent);
+        QCOMPARE(agent->terminate(), 0);
+
+        const QStringList lines = agent->lines();
+        for (const QString &line : lines) {
+            QStringList parts = line.split(QStringLiteral(": "));
+            parts.removeFirst(); // time and category
+            QVERIFY2(QSet<QString>(parts.begin(), parts.end()).size() == parts.size(),
+                     qPrintable(line));
+        }
+        for (const QString &reason : {QStringLiteral("The console closed the session"),
+                                      QStringLiteral("The agent is shutting down (SIGTERM)")})
+            QVERIFY2(lines.filter(reason).size() == 1, qPrintable(lines.join(u'\n')));
+        byAgent->disconnect();
     }
 
     void stopSendsADisconnectWithTheReason()
