@@ -135,6 +135,35 @@ ZEKTIdentity::ZEKTIdentity(QSslCertificate certificate, QSslKey key)
 {
 }
 
+namespace {
+
+// Held while an identity is made or read, so agents started together (a service and
+// `--fingerprint`, say) never see half of one. Closing the descriptor releases the lock.
+class IdentityLock {
+public:
+    // `create`: make the lock file when missing (only a maker of identities does that).
+    IdentityLock(const QDir &dir, bool create)
+        : m_fd(::open(QFile::encodeName(dir.filePath(QStringLiteral("identity.lock"))).constData(),
+                      O_RDWR | O_CLOEXEC | (create ? O_CREAT : 0), 0600))
+    {
+        // Best effort: a read-only folder that already holds an identity needs no lock.
+        while (m_fd >= 0 && ::flock(m_fd, create ? LOCK_EX : LOCK_SH) != 0 && errno == EINTR) {
+        }
+    }
+    ~IdentityLock()
+    {
+        if (m_fd >= 0)
+            ::close(m_fd);
+    }
+    IdentityLock(const IdentityLock &) = delete;
+    IdentityLock &operator=(const IdentityLock &) = delete;
+
+private:
+    int m_fd;
+};
+
+} // namespace
+
 ZEKTIdentity ZEKTIdentity::loadOrCreate(const QString &directory)
 {
     QDir dir(directory);
@@ -142,46 +171,48 @@ ZEKTIdentity ZEKTIdentity::loadOrCreate(const QString &directory)
         throw ZEKTError(QStringLiteral("Cannot create the identity folder %1").arg(directory));
     ::chmod(QFile::encodeName(dir.absolutePath()).constData(), 0700);
 
-    // Agents started together (a service and `--fingerprint`, say) must not each create an
-    // identity: the first one creates it under this lock and the others then read it.
-    // Closing the descriptor releases the lock. Best effort: a read-only folder that
-    // already holds an identity needs no lock.
-    struct LockFile {
-        int fd;
-        ~LockFile()
-        {
-            if (fd >= 0)
-                ::close(fd);
-        }
-    } lock{::open(QFile::encodeName(dir.filePath(QStringLiteral("identity.lock"))).constData(),
-                  O_RDWR | O_CREAT | O_CLOEXEC, 0600)};
-    if (lock.fd >= 0) {
-        while (::flock(lock.fd, LOCK_EX) != 0 && errno == EINTR) {
-        }
+    // The first of several agents started together creates it; the others then read it.
+    const IdentityLock lock(dir, true);
+    const QString keyPath = dir.filePath(keyFileName());
+    const QString certPath = dir.filePath(certificateFileName());
+    if (!QFileInfo::exists(keyPath) && !QFileInfo::exists(certPath)) {
+        const auto [keyPem, certPem] = generatePem();
+        writePrivateFile(keyPath, keyPem);
+        writePublicFile(certPath, certPem);
+        return fromPem(directory, keyPem, certPem);
     }
+    // A key that became readable by others is narrowed again.
+    ::chmod(QFile::encodeName(keyPath).constData(), 0600);
+    return *readFrom(dir);
+}
 
+std::optional<ZEKTIdentity> ZEKTIdentity::loadExisting(const QString &directory)
+{
+    const QDir dir(directory);
+    if (!dir.exists())
+        return std::nullopt;
+    const IdentityLock lock(dir, false);
+    return readFrom(dir);
+}
+
+std::optional<ZEKTIdentity> ZEKTIdentity::readFrom(const QDir &dir)
+{
     const QString keyPath = dir.filePath(keyFileName());
     const QString certPath = dir.filePath(certificateFileName());
     const bool haveKey = QFileInfo::exists(keyPath);
     const bool haveCert = QFileInfo::exists(certPath);
-
-    QByteArray keyPem;
-    QByteArray certPem;
-    if (!haveKey && !haveCert) {
-        std::tie(keyPem, certPem) = generatePem();
-        writePrivateFile(keyPath, keyPem);
-        writePublicFile(certPath, certPem);
-    } else if (haveKey != haveCert) {
+    if (!haveKey && !haveCert)
+        return std::nullopt;
+    if (haveKey != haveCert)
         throw ZEKTError(QStringLiteral("The agent identity in %1 is incomplete (%2 is missing); "
                                        "remove the other file to create a new identity")
-                            .arg(directory, haveKey ? certificateFileName() : keyFileName()));
-    } else {
-        keyPem = readFile(keyPath);
-        certPem = readFile(certPath);
-        // A key that became readable by others is narrowed again.
-        ::chmod(QFile::encodeName(keyPath).constData(), 0600);
-    }
+                            .arg(dir.path(), haveKey ? certificateFileName() : keyFileName()));
+    return fromPem(dir.path(), readFile(keyPath), readFile(certPath));
+}
 
+ZEKTIdentity ZEKTIdentity::fromPem(const QString &directory, const QByteArray &keyPem,
+                                   const QByteArray &certPem)
+{
     if (!keyMatchesCertificate(keyPem, certPem))
         throw ZEKTError(QStringLiteral("The agent identity in %1 is damaged or its key does not "
                                        "match its certificate")

@@ -14,6 +14,7 @@
 
 #include <QCryptographicHash>
 #include <QDir>
+#include <QStandardPaths>
 #include <QTcpServer>
 #include <QTemporaryDir>
 #include <QTest>
@@ -453,6 +454,52 @@ private Q_SLOTS:
 #else
         QSKIP("built without X11");
 #endif
+    }
+
+    // --fingerprint reads an identity and never makes one: a user comparing fingerprints
+    // must not get the value of a fresh identity nobody serves.
+    void fingerprintWithoutAnIdentityMakesNone_data()
+    {
+        QTest::addColumn<QString>("configDir"); // empty: the default folder
+        QTest::newRow("given folder") << m_dir.filePath(QStringLiteral("no-identity"));
+        QTest::newRow("default folder") << QString();
+    }
+
+    void fingerprintWithoutAnIdentityMakesNone()
+    {
+        QFETCH(QString, configDir);
+        const QString looked =
+            configDir.isEmpty()
+                ? QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+                      QStringLiteral("/telvane-agent")
+                : configDir;
+        QStringList args{QStringLiteral("--fingerprint")};
+        if (!configDir.isEmpty())
+            args << QStringLiteral("--config-dir") << configDir;
+        QProcess agent;
+        agent.start(AgentProcess::binary(), args);
+        QVERIFY(agent.waitForFinished(30000));
+        QCOMPARE(agent.exitCode(), 1);
+        QVERIFY(agent.readAllStandardOutput().isEmpty());
+        const QString error = QString::fromUtf8(agent.readAllStandardError());
+        QVERIFY2(error.contains(looked), qPrintable(error));
+        QVERIFY(!QFileInfo::exists(looked));
+
+        // Once the agent made its identity, --fingerprint prints what it logged.
+        auto served =
+            extraAgent(QStringLiteral("served"), {QStringLiteral("--simulate"),
+                                                  QStringLiteral("--port"), QStringLiteral("0")});
+        QVERIFY(served);
+        const QString logged =
+            served->lines().filter(QStringLiteral("identity fingerprint ")).value(0);
+        agent.start(AgentProcess::binary(),
+                    {QStringLiteral("--fingerprint"), QStringLiteral("--config-dir"),
+                     m_dir.filePath(QStringLiteral("served/config"))});
+        QVERIFY(agent.waitForFinished(30000));
+        QCOMPARE(agent.exitCode(), 0);
+        const QString printed = QString::fromUtf8(agent.readAllStandardOutput()).trimmed();
+        QCOMPARE(printed.size(), 64);
+        QVERIFY2(logged.endsWith(printed), qPrintable(logged));
     }
 
     // One event, one line, its reason said once: whether the console or the agent ended it.
