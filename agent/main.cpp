@@ -5,9 +5,9 @@
 #include "CredentialsFile.h"
 #include "PamCredentialVerifier.h"
 #include "PasswordPrompt.h"
-#include "SignalWatcher.h"
 #include "ZEKTError.h"
 #include "ZEKTIdentity.h"
+#include "posix/SignalWatcher.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -98,7 +98,7 @@ int main(int argc, char *argv[])
         AgentLog::write(QStringLiteral("agent"), QStringLiteral("cannot start: %1").arg(error));
         return 1;
     }
-    SignalWatcher watcher;
+    SignalWatcher watcher({SIGTERM, SIGINT});
     bool stopping = false;
     QObject::connect(&watcher, &SignalWatcher::received, &app, [&](const QString &name) {
         if (stopping)

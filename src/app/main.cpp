@@ -1,4 +1,5 @@
 #include "ConsoleOptions.h"
+#include "ConsoleShutdown.h"
 #include "MainWindow.h"
 #include "platform/AppIdentity.h"
 #include "platform/Preferences.h"
@@ -34,6 +35,8 @@ int main(int argc, char *argv[])
     QApplication::setOrganizationName(QLatin1String(AppIdentity::organizationName));
     QApplication::setApplicationName(QLatin1String(AppIdentity::applicationName));
     QApplication::setApplicationVersion(ConsoleOptions::version());
+    // SIGTERM, SIGINT and SIGHUP close the windows and quit like the window's close button.
+    ConsoleShutdown shutdown;
 
     // The one state object lives for the whole process, created before any window.
     QtAlertPresenter alertPresenter; // outlives the state, which may still raise an alert

@@ -1,8 +1,14 @@
 // The console binary as a user starts it: its command line without any display, and its
 // start and end around the stored list.
 
+#include "model/ComputerJson.h"
+#include "platform/SettingsFiles.h"
+
 #include <QProcess>
+#include <QRandomGenerator>
+#include <QSettings>
 #include <QtTest>
+#include <csignal>
 
 namespace {
 
@@ -81,6 +87,81 @@ private Q_SLOTS:
         QVERIFY2(run.err.contains(err), qPrintable(run.err));
         if (exitCode == 1)
             QCOMPARE(run.err.count(QLatin1Char('\n')), 1);
+    }
+
+    // A console ended by a signal shuts down like one whose window was closed.
+    void signalsEndTheConsoleInOrder_data()
+    {
+        QTest::addColumn<int>("signalNumber");
+        QTest::newRow("SIGTERM") << SIGTERM;
+        QTest::newRow("SIGINT") << SIGINT;
+        QTest::newRow("SIGHUP") << SIGHUP;
+    }
+
+    void signalsEndTheConsoleInOrder()
+    {
+        QFETCH(int, signalNumber);
+        QFile::remove(SettingsFiles::sharedSuitePath());
+        QProcess console;
+        console.start(
+            QStringLiteral(TELVANE_CONSOLE_BINARY),
+            {"-platform", "offscreen", "--add-computer-if-empty", R"({"host":"up.local"})"});
+        QVERIFY(console.waitForStarted());
+        // The record is saved once the console is up.
+        QVERIFY(QTest::qWaitFor(
+            [] {
+                return SettingsFiles::openSharedSuite()
+                    ->value("remoteComputers")
+                    .toByteArray()
+                    .contains("up.local");
+            },
+            20000));
+        ::kill(pid_t(console.processId()), signalNumber);
+        QVERIFY(console.waitForFinished(20000));
+        const QByteArray out = console.readAllStandardOutput();
+        QCOMPARE(console.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(console.exitCode(), 0);
+        QVERIFY2(out.contains("[MEMORY] AppState deinitialized"), out.constData());
+        QVERIFY2(out.contains("[MEMORY] ZEKTManager deinitialized"), out.constData());
+    }
+
+    // SIGTERM in the middle of a burst of saves: the list read back is the last one saved.
+    void signalDuringABurstOfSavesLosesNone()
+    {
+        QRandomGenerator random(20261124);
+        for (int round = 0; round < 3; ++round) {
+            QFile::remove(SettingsFiles::sharedSuitePath());
+            QProcess burst;
+            burst.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+            burst.start(QStringLiteral(SAVE_BURST_PATH), {QStringLiteral("100")});
+            QVERIFY(burst.waitForStarted());
+            const int signalAfter = random.bounded(1, 90);
+            QStringList saved;
+            const auto readLines = [&] {
+                while (burst.canReadLine()) {
+                    // The in-app log is mirrored to stdout too.
+                    const QString line = QString::fromUtf8(burst.readLine()).trimmed();
+                    if (line.startsWith(QLatin1String("save ")))
+                        saved << line;
+                }
+            };
+            QVERIFY(QTest::qWaitFor(
+                [&] {
+                    burst.waitForReadyRead(5);
+                    readLines();
+                    return saved.size() >= signalAfter;
+                },
+                20000));
+            ::kill(pid_t(burst.processId()), SIGTERM);
+            QVERIFY(burst.waitForFinished(20000));
+            readLines();
+            QCOMPARE(burst.exitStatus(), QProcess::NormalExit);
+            QCOMPARE(burst.exitCode(), 0);
+            const auto stored = ComputerJson::decodeList(
+                SettingsFiles::openSharedSuite()->value("remoteComputers").toByteArray());
+            QVERIFY(stored && stored->size() == 1);
+            QCOMPARE(stored->first().description.value_or(QString()), saved.last());
+        }
     }
 };
 
