@@ -4,6 +4,7 @@
 #include "platform/AppIdentity.h"
 #include "platform/Preferences.h"
 #include "state/AppState.h"
+#include "state/SetAsideReporter.h"
 #include "state/SupervisionController.h"
 #include "ui/QtAlertPresenter.h"
 
@@ -40,6 +41,7 @@ int main(int argc, char *argv[])
 
     // The one state object lives for the whole process, created before any window.
     QtAlertPresenter alertPresenter; // outlives the state, which may still raise an alert
+    SetAsideReporter setAsideReporter(alertPresenter); // hears what loading sets aside
     AppState appState;
     appState.zektManager().setAlertPresenter(&alertPresenter);
     if (options.computerIfEmpty && appState.computers().isEmpty())

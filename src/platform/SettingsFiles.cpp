@@ -2,6 +2,8 @@
 
 #include "AppIdentity.h"
 #include "FileLock.h"
+#include "SetAsideNotices.h"
+#include "SuiteCopies.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -145,11 +147,14 @@ std::unique_ptr<QSettings> openSharedSuite()
     readConsistently(
         path, [&] { suite = openSuiteAt(path); }, [&] { suite->sync(); });
     if (suite->status() == QSettings::FormatError) {
-        const QString aside = path + QStringLiteral(".corrupt-") +
-                              QString::number(QDateTime::currentMSecsSinceEpoch());
+        // QSettings would refuse every write: keep the file aside, never delete it, and say
+        // where it went.
         suite.reset();
-        QFile::rename(path, aside);
+        const QString aside = SuiteCopies::moveAside(path, QStringLiteral("corrupt"));
         suite = openSuiteAt(path);
+        if (!aside.isEmpty())
+            SetAsideNotices::shared().report(
+                SetAsideCopy{SetAsideCopy::Reason::unparseableFile, path, aside});
     }
     return suite;
 }

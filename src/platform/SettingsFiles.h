@@ -14,8 +14,8 @@ namespace SettingsFiles {
 
 std::unique_ptr<QSettings> openStandard();
 // Null when the suite cannot be used (its folder cannot be created). A suite file that
-// does not parse is moved aside (".corrupt" suffix, never deleted) so that later writes
-// are not refused.
+// does not parse is moved aside ("….conf.corrupt-<time>", never deleted) so that later
+// writes are not refused, and the copy is reported through SetAsideNotices.
 std::unique_ptr<QSettings> openSharedSuite();
 QString sharedSuitePath();
 

@@ -4,6 +4,8 @@
 #include "model/ComputerJson.h"
 #include "platform/SettingsFiles.h"
 
+#include <QDir>
+#include <QFileInfo>
 #include <QProcess>
 #include <QRandomGenerator>
 #include <QSettings>
@@ -123,6 +125,47 @@ private Q_SLOTS:
         QCOMPARE(console.exitCode(), 0);
         QVERIFY2(out.contains("[MEMORY] AppState deinitialized"), out.constData());
         QVERIFY2(out.contains("[MEMORY] ZEKTManager deinitialized"), out.constData());
+    }
+
+    // A settings file the console cannot use is said on standard error at start, with the
+    // path of the copy kept beside it.
+    void storedFileProblemsAreSaidAtStart_data()
+    {
+        QTest::addColumn<QByteArray>("suite");
+        QTest::addColumn<QString>("kind");
+        QTest::newRow("file that does not parse")
+            << QByteArray("[General\nremoteComputers=@ByteArray([])\n") << "corrupt";
+    }
+
+    void storedFileProblemsAreSaidAtStart()
+    {
+        QFETCH(QByteArray, suite);
+        QFETCH(QString, kind);
+        const QString path = SettingsFiles::sharedSuitePath();
+        const QFileInfo info(path);
+        QDir(info.absolutePath()).removeRecursively();
+        QVERIFY(SettingsFiles::makePrivateFolder(info.absolutePath()));
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(suite);
+        file.close();
+
+        QProcess console;
+        console.start(QStringLiteral(TELVANE_CONSOLE_BINARY), {"-platform", "offscreen"});
+        const QString pattern = info.fileName() + QLatin1Char('.') + kind + QStringLiteral("-*");
+        QVERIFY(QTest::qWaitFor(
+            [&] { return !info.absoluteDir().entryList({pattern}, QDir::Files).isEmpty(); },
+            20000));
+        const QString copy =
+            info.absoluteDir().filePath(info.absoluteDir().entryList({pattern}).first());
+        ::kill(pid_t(console.processId()), SIGTERM);
+        QVERIFY(console.waitForFinished(20000));
+        QCOMPARE(console.exitCode(), 0);
+        const QString err = QString::fromLocal8Bit(console.readAllStandardError());
+        QVERIFY2(err.contains(QStringLiteral("telvane: ")) && err.contains(copy), qPrintable(err));
+        QFile kept(copy);
+        QVERIFY(kept.open(QIODevice::ReadOnly));
+        QCOMPARE(kept.readAll(), suite);
     }
 
     // SIGTERM in the middle of a burst of saves: the list read back is the last one saved.
