@@ -44,8 +44,8 @@ int main(int argc, char *argv[])
     SetAsideReporter setAsideReporter(alertPresenter); // hears what loading sets aside
     AppState appState;
     appState.zektManager().setAlertPresenter(&alertPresenter);
-    if (options.computerIfEmpty && appState.computers().isEmpty())
-        appState.addComputer(*options.computerIfEmpty);
+    if (options.computerIfEmpty)
+        appState.addComputerIfEmpty(*options.computerIfEmpty);
     SupervisionController supervision(
         appState, Preferences::shared(),
         int(positiveFromEnvironment("TELVANE_SUPERVISION_PERIOD_MS",

@@ -8,6 +8,7 @@
 #include "platform/AppPaths.h"
 #include "platform/PendingActionKeys.h"
 #include "platform/SettingsFiles.h"
+#include "platform/StoredListGuard.h"
 
 #include <QDir>
 #include <QFile>
@@ -57,11 +58,8 @@ QList<RemoteComputer> SharedAppState::loadComputers()
             ComputerJson::decodeStoredList(m_legacyUserDefaults->value(computersKey));
         if (!legacy.isEmpty()) {
             const QByteArray data = ComputerJson::encodeList(legacy);
-            if (!data.isEmpty()) {
-                SettingsFiles::writeSynchronized(*m_userDefaults, [&](QSettings &settings) {
-                    settings.setValue(computersKey, data);
-                });
-            }
+            if (!data.isEmpty())
+                StoredListGuard::replace(*m_userDefaults, computersKey, data);
         }
     }
     return ComputerJson::decodeStoredList(m_userDefaults->value(computersKey));

@@ -20,8 +20,8 @@ QString SetAsideNotices::describe(const SetAsideCopy &copy)
 {
     switch (copy.reason) {
     case SetAsideCopy::Reason::undecodableList:
-        return QStringLiteral("the computer list in %1 could not be read; the list starts empty, "
-                              "and a copy of the file was kept at %2")
+        return QStringLiteral("the computer list in %1 could not be read; a copy of the file was "
+                              "kept at %2 before anything replaces the list")
             .arg(copy.originalPath, copy.copyPath);
     case SetAsideCopy::Reason::unparseableFile:
         break;

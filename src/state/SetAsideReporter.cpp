@@ -21,8 +21,10 @@ void SetAsideReporter::tell(const SetAsideCopy &copy)
     switch (copy.reason) {
     case SetAsideCopy::Reason::undecodableList:
         alert.title = tr("Your computer list could not be read");
-        alert.text = tr("Telvane starts with an empty list. Before anything replaces the stored "
-                        "list, a copy of the settings file that holds it was kept at:\n\n%1")
+        alert.text = tr("The computer list stored in Telvane's settings could not be read, so it "
+                        "is not shown. A copy of the settings file was kept at:\n\n%1\n\nThe "
+                        "next change to your computer list replaces the stored one; the copy "
+                        "stays.")
                          .arg(copy.copyPath);
         break;
     case SetAsideCopy::Reason::unparseableFile:

@@ -2,6 +2,7 @@
 // file, the in-app log line and the one alert at start.
 
 #include "ScriptedAlertPresenter.h"
+#include "automation/SharedAppState.h"
 #include "model/ComputerJson.h"
 #include "model/LogManager.h"
 #include "platform/SettingsFiles.h"
@@ -47,6 +48,18 @@ int modeOf(const QString &path)
 {
     struct stat info {};
     return ::stat(QFile::encodeName(path).constData(), &info) == 0 ? int(info.st_mode & 07777) : -1;
+}
+
+const QString key = QStringLiteral("remoteComputers");
+
+// A list as another tool might write it: valid JSON, one port out of range.
+void storeUndecodableList(int port)
+{
+    const auto suite = SettingsFiles::openSharedSuite();
+    SettingsFiles::writeSynchronized(*suite, [&](QSettings &settings) {
+        settings.setValue(
+            key, QStringLiteral(R"([{"host":"studio.local","port":%1}])").arg(port).toUtf8());
+    });
 }
 
 QStringList persistenceLines()
@@ -95,6 +108,94 @@ private Q_SLOTS:
         QTest::qWait(50);
         QCOMPARE(alerts.shown.size(), 1);
         QCOMPARE(persistenceLines().size(), 1);
+    }
+
+    // The list loads empty and the in-app log says nothing, as before; a byte-for-byte copy
+    // of the file is kept, the user is told once, and nothing is added to that list.
+    void undecodableListIsKeptBeforeAnythingReplacesIt()
+    {
+        storeUndecodableList(70000);
+        const QByteArray original = contentsOf(SettingsFiles::sharedSuitePath());
+        ScriptedAlertPresenter alerts;
+        SetAsideReporter reporter(alerts);
+        AppState state;
+        QVERIFY(state.computers().isEmpty());
+        RemoteComputer seed;
+        seed.host = QStringLiteral("127.0.0.1");
+        QVERIFY(!state.addComputerIfEmpty(seed));
+        state.waitForPendingWrites();
+        QCOMPARE(contentsOf(SettingsFiles::sharedSuitePath()), original);
+
+        const QStringList copies = copiesOf(QStringLiteral("undecodable"));
+        QCOMPARE(copies.size(), 1);
+        QCOMPARE(contentsOf(copies.first()), original);
+        QCOMPARE(modeOf(copies.first()), 0600);
+        QTRY_COMPARE(alerts.shown.size(), 1);
+        QVERIFY2(alerts.shown.first().text.contains(copies.first()),
+                 qPrintable(alerts.shown.first().text));
+        QVERIFY(persistenceLines().isEmpty());
+
+        // The user's own addition replaces the list; the copy already holds what it lost.
+        state.addComputer(seed);
+        state.waitForPendingWrites();
+        QCOMPARE(
+            ComputerJson::decodeStoredList(SettingsFiles::openSharedSuite()->value(key)).size(), 1);
+        QCOMPARE(copiesOf(QStringLiteral("undecodable")), copies);
+        QTest::qWait(50);
+        QCOMPARE(alerts.shown.size(), 1);
+    }
+
+    // Every writer of the list keeps the copy before it replaces an undecodable one.
+    void everyWriterKeepsACopyFirst_data()
+    {
+        QTest::addColumn<QString>("writer");
+        QTest::newRow("console save") << "save";
+        QTest::newRow("console migration at start") << "migration";
+        QTest::newRow("telvanectl migration") << "telvanectl";
+    }
+
+    void everyWriterKeepsACopyFirst()
+    {
+        QFETCH(QString, writer);
+        RemoteComputer legacy;
+        legacy.host = QStringLiteral("legacy.local");
+        const auto standard = SettingsFiles::openStandard();
+        standard->setValue(key, ComputerJson::encodeList({legacy}));
+        standard->sync();
+        QByteArray original;
+        if (writer == QLatin1String("save")) {
+            AppState state; // migrates and loads a list that decodes
+            state.waitForPendingWrites();
+            storeUndecodableList(65536); // broken by another tool while the console runs
+            original = contentsOf(SettingsFiles::sharedSuitePath());
+            state.addComputer(legacy);
+            state.waitForPendingWrites();
+        } else {
+            storeUndecodableList(65536);
+            original = contentsOf(SettingsFiles::sharedSuitePath());
+            if (writer == QLatin1String("migration"))
+                QCOMPARE(AppState().computers().size(), 1);
+            else
+                QCOMPARE(SharedAppState().loadComputers().size(), 1);
+        }
+        const QStringList copies = copiesOf(QStringLiteral("undecodable"));
+        QCOMPARE(copies.size(), 1);
+        QCOMPARE(contentsOf(copies.first()), original);
+    }
+
+    void fiveNewestCopiesAreKept()
+    {
+        QList<QByteArray> originals;
+        for (int run = 0; run < 7; ++run) {
+            storeUndecodableList(70000 + run);
+            originals << contentsOf(SettingsFiles::sharedSuitePath());
+            AppState state;
+            state.waitForPendingWrites();
+        }
+        const QStringList copies = copiesOf(QStringLiteral("undecodable"));
+        QCOMPARE(copies.size(), 5);
+        for (int i = 0; i < 5; ++i)
+            QCOMPARE(contentsOf(copies.at(i)), originals.at(i + 2));
     }
 };
 
