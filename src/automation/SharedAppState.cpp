@@ -77,9 +77,7 @@ std::optional<RemoteComputer> SharedAppState::findComputer(const QString &named)
 
 QString SharedAppState::uploadDirectory() const
 {
-    if (m_sharedContainer.isEmpty())
-        return {};
-    return QDir(m_sharedContainer).filePath(QStringLiteral("AppIntentUploads"));
+    return AppPaths::stagedUploadsDirectory(m_sharedContainer);
 }
 
 std::optional<Error> SharedAppState::stageUpload(const QString &sourcePath, const QString &fileName,

@@ -44,6 +44,7 @@ AppState::AppState(std::unique_ptr<ZEKTManager> manager, QObject *parent,
             self->processPendingActions();
     });
 
+    m_pendingActions->sweepStagedUploads();
     processPendingActions();
 }
 
