@@ -18,10 +18,12 @@ fi
 # The local agent keeps its identity and a generated password between runs.
 port=${TELVANE_LOCAL_AGENT_PORT:-5905}
 state="${XDG_DATA_HOME:-$HOME/.local/share}/Quorvel/local-agent"
+# Everything the local agent keeps is the user's alone, whatever the umask.
+umask 077
 mkdir -p "$state/uploads"
-chmod 700 "$state"
+chmod 700 "$state" "$state/uploads"
 if [ ! -s "$state/password" ]; then
-    (umask 077 && head -c 18 /dev/urandom | base64 | tr -d '/+=' > "$state/password")
+    head -c 18 /dev/urandom | base64 | tr -d '/+=' > "$state/password"
     "$build/agent/telvane-agent" --set-password --config-dir "$state" \
         --credentials-file "$state/credentials" --user "$(id -un)" < "$state/password"
 fi

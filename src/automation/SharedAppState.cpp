@@ -9,6 +9,7 @@
 #include "platform/PendingActionKeys.h"
 #include "platform/SettingsFiles.h"
 #include "platform/StoredListGuard.h"
+#include "posix/PrivateFiles.h"
 
 #include <QDir>
 #include <QFile>
@@ -96,10 +97,10 @@ std::optional<Error> SharedAppState::stageUpload(const QString &sourcePath, cons
         return AppIntentUploadError::make(AppIntentUploadError::sharedDirectoryUnavailable);
     const QString destination = QDir(directory).filePath(QStringLiteral("appintents_upload_") +
                                                          UuidText::format(QUuid::createUuid()));
-    // Staged copies may be private documents: the shared container is for the user alone.
+    // Staged copies may be private documents: the organisation's data folder and
+    // everything in it are for the user alone.
     errno = 0;
-    if (!SettingsFiles::makePrivateFolder(QFileInfo(directory).absolutePath()) ||
-        !QDir().mkpath(directory))
+    if (!PrivateFiles::makeFolder(directory, QFileInfo(m_sharedContainer).absolutePath()))
         return posixError(errno ? errno : EACCES, directory);
 
     QFile source(sourcePath);
@@ -108,6 +109,8 @@ std::optional<Error> SharedAppState::stageUpload(const QString &sourcePath, cons
         return Error{QStringLiteral("QFileDevice"), int(source.error()),
                      source.errorString() + QStringLiteral(": ") + sourcePath};
     }
+    // The copy took the source's mode; nobody else can enter the folder meanwhile.
+    PrivateFiles::restrictFile(destination);
 
     QVariantMap entry;
     entry.insert(QLatin1String(PendingActionKeys::uploadFileURL), destination);

@@ -4,6 +4,7 @@
 #include "FileLock.h"
 #include "SetAsideNotices.h"
 #include "SuiteCopies.h"
+#include "posix/PrivateFiles.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -32,11 +33,6 @@ void fsyncPath(const QString &path)
     ::fsync(fd);
     ::close(fd);
 }
-
-// The computer list holds passwords: its folder and file are for the user alone.
-constexpr QFile::Permissions ownerOnlyFolder =
-    QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
-constexpr QFile::Permissions ownerOnlyFile = QFile::ReadOwner | QFile::WriteOwner;
 
 // What identifies one version of a file: a replaced file has a new inode, a touched one
 // a new time stamp.
@@ -116,11 +112,7 @@ void readConsistently(const QString &path, const std::function<void()> &read,
 
 bool makePrivateFolder(const QString &path)
 {
-    if (!QDir().mkpath(path))
-        return false;
-    if ((QFile::permissions(path) & ~ownerOnlyFolder) != 0)
-        QFile::setPermissions(path, ownerOnlyFolder);
-    return true;
+    return PrivateFiles::makeFolder(path, path);
 }
 
 std::unique_ptr<QSettings> openStandard()
@@ -161,10 +153,12 @@ std::unique_ptr<QSettings> openSharedSuite()
 
 void syncDurably(QSettings &settings)
 {
-    settings.sync();
     const QFileInfo info(settings.fileName());
-    if (info.exists() && (info.permissions() & ~ownerOnlyFile & 0x0fff) != 0)
-        QFile::setPermissions(info.absoluteFilePath(), ownerOnlyFile);
+    // QSettings would make a missing folder with the umask's mode.
+    makePrivateFolder(info.absolutePath());
+    settings.sync();
+    if (info.exists())
+        PrivateFiles::restrictFile(info.absoluteFilePath());
     fsyncPath(info.absoluteFilePath());
     fsyncPath(info.absolutePath());
 }

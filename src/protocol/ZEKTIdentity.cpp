@@ -1,11 +1,11 @@
 #include "ZEKTIdentity.h"
 
 #include "ZEKTError.h"
+#include "posix/PrivateFiles.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 
 #include <openssl/evp.h>
 #include <openssl/pem.h>
@@ -13,11 +13,9 @@
 #include <openssl/x509.h>
 
 #include <cerrno>
-#include <cstring>
 #include <fcntl.h>
 #include <memory>
 #include <sys/file.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
@@ -36,46 +34,11 @@ QByteArray bioContents(BIO *bio)
     return QByteArray(data, static_cast<qsizetype>(size));
 }
 
-// The key is written to a private temporary file created 0600 and renamed over the
-// final name, so it is never readable by others, not even for a moment.
-void writePrivateFile(const QString &path, const QByteArray &contents)
+// Both files are the user's alone, the key never readable by others even for a moment.
+void writeIdentityFile(const QString &path, const QByteArray &contents)
 {
-    const QByteArray tmp = QFile::encodeName(path + QStringLiteral(".tmp"));
-    ::unlink(tmp.constData());
-    const int fd = ::open(tmp.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
-    if (fd < 0)
-        throw ZEKTError(QStringLiteral("Cannot create %1: %2")
-                            .arg(path, QString::fromLocal8Bit(std::strerror(errno))));
-    qsizetype done = 0;
-    while (done < contents.size()) {
-        const ssize_t n = ::write(fd, contents.constData() + done, contents.size() - done);
-        if (n < 0 && errno == EINTR)
-            continue;
-        if (n <= 0) {
-            const int err = errno;
-            ::close(fd);
-            ::unlink(tmp.constData());
-            throw ZEKTError(QStringLiteral("Cannot write %1: %2")
-                                .arg(path, QString::fromLocal8Bit(std::strerror(err))));
-        }
-        done += n;
-    }
-    ::fsync(fd);
-    ::close(fd);
-    if (::rename(tmp.constData(), QFile::encodeName(path).constData()) != 0) {
-        const int err = errno;
-        ::unlink(tmp.constData());
-        throw ZEKTError(QStringLiteral("Cannot write %1: %2")
-                            .arg(path, QString::fromLocal8Bit(std::strerror(err))));
-    }
-}
-
-void writePublicFile(const QString &path, const QByteArray &contents)
-{
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(contents) != contents.size() ||
-        !file.commit())
-        throw ZEKTError(QStringLiteral("Cannot write %1: %2").arg(path, file.errorString()));
+    if (const auto error = PrivateFiles::write(path, contents))
+        throw ZEKTError(QStringLiteral("Cannot write %1: %2").arg(path, *error));
 }
 
 std::pair<QByteArray, QByteArray> generatePem()
@@ -166,10 +129,10 @@ private:
 
 ZEKTIdentity ZEKTIdentity::loadOrCreate(const QString &directory)
 {
+    // The folder holding the key is the agent's own: 0700, and narrowed when it is wider.
     QDir dir(directory);
-    if (!dir.exists() && !dir.mkpath(QStringLiteral(".")))
+    if (!PrivateFiles::makeFolder(directory, directory))
         throw ZEKTError(QStringLiteral("Cannot create the identity folder %1").arg(directory));
-    ::chmod(QFile::encodeName(dir.absolutePath()).constData(), 0700);
 
     // The first of several agents started together creates it; the others then read it.
     const IdentityLock lock(dir, true);
@@ -177,12 +140,13 @@ ZEKTIdentity ZEKTIdentity::loadOrCreate(const QString &directory)
     const QString certPath = dir.filePath(certificateFileName());
     if (!QFileInfo::exists(keyPath) && !QFileInfo::exists(certPath)) {
         const auto [keyPem, certPem] = generatePem();
-        writePrivateFile(keyPath, keyPem);
-        writePublicFile(certPath, certPem);
+        writeIdentityFile(keyPath, keyPem);
+        writeIdentityFile(certPath, certPem);
         return fromPem(directory, keyPem, certPem);
     }
-    // A key that became readable by others is narrowed again.
-    ::chmod(QFile::encodeName(keyPath).constData(), 0600);
+    // Files that became readable by others are narrowed again.
+    PrivateFiles::restrictFile(keyPath);
+    PrivateFiles::restrictFile(certPath);
     return *readFrom(dir);
 }
 

@@ -8,11 +8,11 @@
 #include "platform/SerialQueue.h"
 #include "platform/SettingsFiles.h"
 #include "platform/StoredListGuard.h"
+#include "posix/PrivateFiles.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <QSet>
 #include <QSettings>
 #include <atomic>
@@ -181,11 +181,9 @@ void ComputerListStorage::writeThumbnail(const QUuid &id, const QByteArray &data
 {
     const QString directory = AppPaths::thumbnailsDirectory();
     m_thumbnailQueue->enqueue([id, data, directory, context, then = std::move(then)] {
-        if (!directory.isEmpty() && QDir().mkpath(directory)) {
-            QSaveFile file(thumbnailPath(directory, id));
-            if (file.open(QIODevice::WriteOnly) && file.write(data) == data.size())
-                file.commit();
-        }
+        // Screen images are the user's alone, like the folder Telvane keeps them in.
+        if (!directory.isEmpty() && PrivateFiles::makeFolder(directory, directory))
+            PrivateFiles::write(thumbnailPath(directory, id), data);
         // The context outlives this queue, which drains before it goes; an event still
         // queued for a context that is gone is dropped by Qt.
         QMetaObject::invokeMethod(context, then, Qt::QueuedConnection);
