@@ -142,7 +142,7 @@ std::unique_ptr<QSettings> openSharedSuite()
         // QSettings would refuse every write: keep the file aside, never delete it, and say
         // where it went.
         suite.reset();
-        const QString aside = SuiteCopies::moveAside(path, QStringLiteral("corrupt"));
+        const QString aside = SuiteCopies::moveAside(path, QLatin1String(SuiteCopies::unparseable));
         suite = openSuiteAt(path);
         if (!aside.isEmpty())
             SetAsideNotices::shared().report(

@@ -24,7 +24,8 @@ bool isUndecodable(const QVariant &stored, const QByteArray &knownGood)
 QString keepCopy(const QSettings &settings)
 {
     const QString path = settings.fileName();
-    const QString copy = SuiteCopies::copyAside(path, QStringLiteral("undecodable"), keptCopies);
+    const QString copy =
+        SuiteCopies::copyAside(path, QLatin1String(SuiteCopies::undecodable), keptCopies);
     if (!copy.isEmpty())
         SetAsideNotices::shared().report(
             SetAsideCopy{SetAsideCopy::Reason::undecodableList, path, copy});
