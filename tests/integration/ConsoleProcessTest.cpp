@@ -1,6 +1,7 @@
 // The console binary as a user starts it: its command line without any display, and its
 // start and end around the stored list.
 
+#include "ProcessSignals.h"
 #include "model/ComputerJson.h"
 #include "platform/SettingsFiles.h"
 
@@ -118,7 +119,7 @@ private Q_SLOTS:
                     .contains("up.local");
             },
             20000));
-        ::kill(pid_t(console.processId()), signalNumber);
+        QVERIFY(signalRunning(console, signalNumber));
         QVERIFY(console.waitForFinished(20000));
         const QByteArray out = console.readAllStandardOutput();
         QCOMPARE(console.exitStatus(), QProcess::NormalExit);
@@ -165,7 +166,7 @@ private Q_SLOTS:
             20000));
         const QString copy =
             info.absoluteDir().filePath(info.absoluteDir().entryList({pattern}).first());
-        ::kill(pid_t(console.processId()), SIGTERM);
+        QVERIFY(signalRunning(console, SIGTERM));
         QVERIFY(console.waitForFinished(20000));
         QCOMPARE(console.exitCode(), 0);
         const QString err = QString::fromLocal8Bit(console.readAllStandardError());
@@ -208,7 +209,7 @@ private Q_SLOTS:
                     return saved.size() >= signalAfter;
                 },
                 20000));
-            ::kill(pid_t(burst.processId()), SIGTERM);
+            QVERIFY(signalRunning(burst, SIGTERM));
             QVERIFY(burst.waitForFinished(20000));
             readLines();
             QCOMPARE(burst.exitStatus(), QProcess::NormalExit);

@@ -3,6 +3,7 @@
 // folder they made 0700, and the user's own folders around them are untouched.
 
 #include "AgentProcess.h"
+#include "ProcessSignals.h"
 #include "model/ComputerJson.h"
 #include "platform/AppPaths.h"
 #include "platform/PreferenceKeys.h"
@@ -102,7 +103,7 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(received), 30000);
         QVERIFY2(waitForOutput("File transfer response received"), out.constData());
 
-        ::kill(pid_t(console.processId()), SIGTERM);
+        QVERIFY(signalRunning(console, SIGTERM));
         const bool finished = console.waitForFinished(20000);
         out += console.readAllStandardOutput();
         QVERIFY2(finished, out.right(2000).constData());
