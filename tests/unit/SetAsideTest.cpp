@@ -67,6 +67,20 @@ QStringList persistenceLines()
     return LogManager::shared().logs().filter(QStringLiteral("] [PERSISTENCE] "));
 }
 
+// One copy of that kind, byte for byte the original and the user's alone, named by the one
+// alert shown.
+void verifyOneCopyTold(const QString &kind, const QByteArray &original,
+                       const ScriptedAlertPresenter &alerts, QString *copy)
+{
+    const QStringList copies = copiesOf(kind);
+    QCOMPARE(copies.size(), 1);
+    *copy = copies.first();
+    QCOMPARE(contentsOf(*copy), original);
+    QCOMPARE(modeOf(*copy), 0600);
+    QTRY_COMPARE(alerts.shown.size(), 1);
+    QVERIFY2(alerts.shown.first().text.contains(*copy), qPrintable(alerts.shown.first().text));
+}
+
 } // namespace
 
 class SetAsideTest : public QObject {
@@ -94,15 +108,12 @@ private Q_SLOTS:
         state.addComputer(RemoteComputer{}); // the new file takes writes
         state.waitForPendingWrites();
 
-        const QStringList copies = copiesOf(QStringLiteral("corrupt"));
-        QCOMPARE(copies.size(), 1);
-        QCOMPARE(contentsOf(copies.first()), garbage);
-        QCOMPARE(modeOf(copies.first()), 0600);
-        QTRY_COMPARE(alerts.shown.size(), 1);
-        QVERIFY2(alerts.shown.first().text.contains(copies.first()),
-                 qPrintable(alerts.shown.first().text));
+        QString copy;
+        verifyOneCopyTold(QStringLiteral("corrupt"), garbage, alerts, &copy);
+        if (QTest::currentTestFailed())
+            return;
         QTRY_COMPARE(persistenceLines().size(), 1);
-        QVERIFY(persistenceLines().first().contains(copies.first()));
+        QVERIFY(persistenceLines().first().contains(copy));
 
         // Once: nothing more is said for the same copy later in the run.
         QTest::qWait(50);
@@ -126,13 +137,10 @@ private Q_SLOTS:
         state.waitForPendingWrites();
         QCOMPARE(contentsOf(SettingsFiles::sharedSuitePath()), original);
 
-        const QStringList copies = copiesOf(QStringLiteral("undecodable"));
-        QCOMPARE(copies.size(), 1);
-        QCOMPARE(contentsOf(copies.first()), original);
-        QCOMPARE(modeOf(copies.first()), 0600);
-        QTRY_COMPARE(alerts.shown.size(), 1);
-        QVERIFY2(alerts.shown.first().text.contains(copies.first()),
-                 qPrintable(alerts.shown.first().text));
+        QString copy;
+        verifyOneCopyTold(QStringLiteral("undecodable"), original, alerts, &copy);
+        if (QTest::currentTestFailed())
+            return;
         QVERIFY(persistenceLines().isEmpty());
 
         // The user's own addition replaces the list; the copy already holds what it lost.
@@ -140,7 +148,7 @@ private Q_SLOTS:
         state.waitForPendingWrites();
         QCOMPARE(
             ComputerJson::decodeStoredList(SettingsFiles::openSharedSuite()->value(key)).size(), 1);
-        QCOMPARE(copiesOf(QStringLiteral("undecodable")), copies);
+        QCOMPARE(copiesOf(QStringLiteral("undecodable")), QStringList{copy});
         QTest::qWait(50);
         QCOMPARE(alerts.shown.size(), 1);
     }

@@ -118,6 +118,12 @@ class AgentProcessTest : public QObject {
         return agent;
     }
 
+    std::unique_ptr<AgentProcess> simulatedAgent(const QString &name)
+    {
+        return extraAgent(
+            name, {QStringLiteral("--simulate"), QStringLiteral("--port"), QStringLiteral("0")});
+    }
+
 private Q_SLOTS:
     void initTestCase()
     {
@@ -312,9 +318,7 @@ private Q_SLOTS:
 
     void failedLoginsBackOffWithoutTellingWhoExists()
     {
-        auto agent =
-            extraAgent(QStringLiteral("backoff"), {QStringLiteral("--simulate"),
-                                                   QStringLiteral("--port"), QStringLiteral("0")});
+        auto agent = simulatedAgent(QStringLiteral("backoff"));
         QVERIFY(agent);
         RawAgentConnection raw;
         QVERIFY(raw.open(agent->port()));
@@ -486,9 +490,7 @@ private Q_SLOTS:
         QVERIFY(!QFileInfo::exists(looked));
 
         // Once the agent made its identity, --fingerprint prints what it logged.
-        auto served =
-            extraAgent(QStringLiteral("served"), {QStringLiteral("--simulate"),
-                                                  QStringLiteral("--port"), QStringLiteral("0")});
+        auto served = simulatedAgent(QStringLiteral("served"));
         QVERIFY(served);
         const QString logged =
             served->lines().filter(QStringLiteral("identity fingerprint ")).value(0);
@@ -505,9 +507,7 @@ private Q_SLOTS:
     // One event, one line, its reason said once: whether the console or the agent ended it.
     void eachLogLineSaysItsReasonOnce()
     {
-        auto agent =
-            extraAgent(QStringLiteral("reasons"), {QStringLiteral("--simulate"),
-                                                   QStringLiteral("--port"), QStringLiteral("0")});
+        auto agent = simulatedAgent(QStringLiteral("reasons"));
         QVERIFY(agent);
         Recorder first;
         auto byConsole = client(agent->port(), first);
