@@ -107,7 +107,7 @@ public:
     // `create`: make the lock file when missing (only a maker of identities does that).
     IdentityLock(const QDir &dir, bool create)
         : m_fd(::open(QFile::encodeName(dir.filePath(QStringLiteral("identity.lock"))).constData(),
-                      O_RDWR | O_CLOEXEC | (create ? O_CREAT : 0), 0600))
+                      (create ? O_RDWR | O_CREAT : O_RDONLY) | O_CLOEXEC, 0600))
     {
         // Best effort: a read-only folder that already holds an identity needs no lock.
         while (m_fd >= 0 && ::flock(m_fd, create ? LOCK_EX : LOCK_SH) != 0 && errno == EINTR) {
