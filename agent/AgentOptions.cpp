@@ -22,7 +22,7 @@ bool AgentOptions::parse(const QStringList &arguments, QString *error)
                                         QStringLiteral("address"));
     const QCommandLineOption configOption(
         QStringLiteral("config-dir"),
-        QStringLiteral("Folder of the agent identity (default ~/.config/telvane-agent)."),
+        QStringLiteral("Folder of the agent identity (default %1).").arg(defaultConfigDir()),
         QStringLiteral("dir"));
     const QCommandLineOption uploadsOption(
         QStringLiteral("uploads-dir"),
@@ -38,7 +38,9 @@ bool AgentOptions::parse(const QStringList &arguments, QString *error)
         QStringLiteral("fleet"), QStringLiteral("Run N simulated agents on consecutive ports."),
         QStringLiteral("N"), QStringLiteral("1"));
     const QCommandLineOption fingerprintOption(
-        QStringLiteral("fingerprint"), QStringLiteral("Print the identity fingerprint and exit."));
+        QStringLiteral("fingerprint"),
+        QStringLiteral("Print the fingerprint of the identity in the config folder and exit; "
+                       "never creates one."));
     const QCommandLineOption authOption(
         QStringLiteral("auth"),
         QStringLiteral("Authentication: pam (the account the agent runs as) or file."),
@@ -103,10 +105,7 @@ bool AgentOptions::parse(const QStringList &arguments, QString *error)
         return false;
     }
 
-    configDir = parser.isSet(configOption)
-                    ? parser.value(configOption)
-                    : QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
-                          QStringLiteral("/telvane-agent");
+    configDir = parser.isSet(configOption) ? parser.value(configOption) : defaultConfigDir();
     if (configDir.isEmpty()) {
         *error = QStringLiteral("Invalid --config-dir");
         return false;
@@ -136,6 +135,12 @@ bool AgentOptions::parse(const QStringList &arguments, QString *error)
     if (parser.isSet(setPasswordOption))
         action = Action::setPassword;
     return true;
+}
+
+QString AgentOptions::defaultConfigDir()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+           QStringLiteral("/telvane-agent");
 }
 
 QString AgentOptions::effectiveCredentialsFile() const

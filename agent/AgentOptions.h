@@ -27,6 +27,9 @@ public:
     bool parse(const QStringList &arguments, QString *error);
     QString helpText() const { return m_helpText; }
     QString effectiveCredentialsFile() const;
+    // Where the identity lives without --config-dir: telvane-agent in the user's
+    // configuration folder.
+    static QString defaultConfigDir();
 
 private:
     QString m_helpText;

@@ -129,16 +129,7 @@ bool AgentRunner::start(QString *error)
         server->setLogFunction([tag](const QString &message, const QString &category) {
             AgentLog::write(category, tag + message);
         });
-        connect(server, &ZEKTServer::sessionAuthenticated, this,
-                [tag](const QString &peer, const QString &user) {
-                    AgentLog::write(QStringLiteral("session"),
-                                    tag + QStringLiteral("%1 authenticated as %2").arg(peer, user));
-                });
-        connect(server, &ZEKTServer::sessionClosed, this,
-                [tag](const QString &peer, const QString &reason) {
-                    AgentLog::write(QStringLiteral("session"),
-                                    tag + QStringLiteral("%1 closed: %2").arg(peer, reason));
-                });
+        // Logins and session ends are logged by the server itself, once each.
         if (!server->listen()) {
             *error = QStringLiteral("Cannot listen on %1:%2: %3")
                          .arg(m_options.bindAddress.toString())

@@ -1,9 +1,10 @@
 #include "CredentialsFile.h"
 
+#include "posix/PrivateFiles.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 
 #include <openssl/crypto.h>
 #include <openssl/evp.h>
@@ -128,15 +129,12 @@ std::optional<QString> CredentialsFile::setPassword(const QString &path, const Q
         return QStringLiteral("The password could not be hashed");
 
     const QString folder = QFileInfo(path).absolutePath();
-    if (!QDir().mkpath(folder))
+    if (!PrivateFiles::makeFolder(folder))
         return QStringLiteral("Cannot create the folder %1").arg(folder);
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        return QStringLiteral("Cannot write %1: %2").arg(path, file.errorString());
-    file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+    QByteArray contents;
     for (const Entry &entry : std::as_const(entries))
-        file.write(formatLine(entry) + '\n');
-    if (!file.commit())
-        return QStringLiteral("Cannot write %1: %2").arg(path, file.errorString());
+        contents += formatLine(entry) + '\n';
+    if (const auto error = PrivateFiles::write(path, contents))
+        return QStringLiteral("Cannot write %1: %2").arg(path, *error);
     return std::nullopt;
 }

@@ -89,8 +89,8 @@ ZEKTIncomingFile::Committed UploadFile::commit()
         result.message = QStringLiteral("The file arrived incomplete");
         return result;
     }
-    // Readable like any downloaded file (the temporary file was private).
-    if (fdatasync(m_fd) != 0 || fchmod(m_fd, 0644) != 0 || ::close(m_fd) != 0) {
+    // A received file is user data: the user's alone, like the temporary file it was.
+    if (fdatasync(m_fd) != 0 || fchmod(m_fd, 0600) != 0 || ::close(m_fd) != 0) {
         const int error = errno;
         m_fd = -1;
         discard();

@@ -1,6 +1,7 @@
 #include "UploadReceiver.h"
 
 #include "UploadFile.h"
+#include "posix/PrivateFiles.h"
 
 #include <QDir>
 #include <QFile>
@@ -94,7 +95,8 @@ UploadReceiver::Decision UploadReceiver::begin(const QString &remoteFileName, qi
                 .arg(formatBytes(quint64(size)), formatBytes(quint64(m_maxFileSize)));
         return decision;
     }
-    if (!QDir().mkpath(m_folder)) {
+    // A folder the agent makes is for the user alone; one the user made keeps its mode.
+    if (!PrivateFiles::makeFolder(m_folder)) {
         decision.refusal = QStringLiteral("The uploads folder %1 cannot be created").arg(m_folder);
         return decision;
     }

@@ -5,11 +5,12 @@
 #include "CredentialsFile.h"
 #include "PamCredentialVerifier.h"
 #include "PasswordPrompt.h"
-#include "SignalWatcher.h"
 #include "ZEKTError.h"
 #include "ZEKTIdentity.h"
+#include "posix/SignalWatcher.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QTimer>
 
 #include <csignal>
@@ -36,6 +37,25 @@ int setPassword(const AgentOptions &options)
     std::fprintf(stderr, "telvane-agent: password of %s set in %s\n", qPrintable(user),
                  qPrintable(path));
     return 0;
+}
+
+// Reads the identity a running agent made; making one here would print the fingerprint
+// of an identity no agent serves.
+int printFingerprint(const QString &configDir)
+{
+    try {
+        if (const auto identity = ZEKTIdentity::loadExisting(configDir)) {
+            std::printf("%s\n", qPrintable(identity->fingerprint()));
+            return 0;
+        }
+        std::fprintf(stderr,
+                     "telvane-agent: no identity in %s; the agent makes one when it first "
+                     "starts with that --config-dir\n",
+                     qPrintable(QDir(configDir).absolutePath()));
+    } catch (const ZEKTError &e) {
+        std::fprintf(stderr, "telvane-agent: %s\n", qPrintable(e.description()));
+    }
+    return 1;
 }
 
 } // namespace
@@ -67,14 +87,7 @@ int main(int argc, char *argv[])
     case AgentOptions::Action::setPassword:
         return setPassword(options);
     case AgentOptions::Action::fingerprint:
-        try {
-            std::printf("%s\n",
-                        qPrintable(ZEKTIdentity::loadOrCreate(options.configDir).fingerprint()));
-            return 0;
-        } catch (const ZEKTError &e) {
-            std::fprintf(stderr, "telvane-agent: %s\n", qPrintable(e.description()));
-            return 1;
-        }
+        return printFingerprint(options.configDir);
     case AgentOptions::Action::serve:
         break;
     }
@@ -85,7 +98,7 @@ int main(int argc, char *argv[])
         AgentLog::write(QStringLiteral("agent"), QStringLiteral("cannot start: %1").arg(error));
         return 1;
     }
-    SignalWatcher watcher;
+    SignalWatcher watcher({SIGTERM, SIGINT});
     bool stopping = false;
     QObject::connect(&watcher, &SignalWatcher::received, &app, [&](const QString &name) {
         if (stopping)

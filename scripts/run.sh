@@ -18,10 +18,12 @@ fi
 # The local agent keeps its identity and a generated password between runs.
 port=${TELVANE_LOCAL_AGENT_PORT:-5905}
 state="${XDG_DATA_HOME:-$HOME/.local/share}/Quorvel/local-agent"
+# Everything the local agent keeps is the user's alone, whatever the umask.
+umask 077
 mkdir -p "$state/uploads"
-chmod 700 "$state"
+chmod 700 "$state" "$state/uploads"
 if [ ! -s "$state/password" ]; then
-    (umask 077 && head -c 18 /dev/urandom | base64 | tr -d '/+=' > "$state/password")
+    head -c 18 /dev/urandom | base64 | tr -d '/+=' > "$state/password"
     "$build/agent/telvane-agent" --set-password --config-dir "$state" \
         --credentials-file "$state/credentials" --user "$(id -un)" < "$state/password"
 fi
@@ -31,7 +33,21 @@ fi
 agent=$!
 trap 'kill "$agent" 2>/dev/null || true' EXIT
 
+# The agent makes its identity before it listens: ask for the fingerprint only then, so
+# it is the one the console will be shown.
+fingerprint=("$build/agent/telvane-agent" --fingerprint --config-dir "$state")
+for _ in $(seq 100); do
+    grep -q "listening on" "$state/agent.log" 2>/dev/null && break
+    kill -0 "$agent" 2>/dev/null || break
+    sleep 0.1
+done
+if grep -q "listening on" "$state/agent.log" 2>/dev/null; then
+    echo "run: local agent on 127.0.0.1:$port (log: $state/agent.log, fingerprint: $("${fingerprint[@]}"))"
+else
+    echo "run: the local agent is not listening yet; see $state/agent.log" >&2
+    echo "run: its fingerprint, once it runs: $(printf '%q ' "${fingerprint[@]}")" >&2
+fi
+
 record=$(printf '{"name":"Local simulated agent","host":"127.0.0.1","port":%d,"username":"%s","password":"%s","tags":["local"]}' \
     "$port" "$(id -un)" "$(cat "$state/password")")
-echo "run: local agent on 127.0.0.1:$port (log: $state/agent.log, fingerprint: $("$build/agent/telvane-agent" --fingerprint --config-dir "$state"))"
 "$build/src/app/telvane" --add-computer-if-empty "$record" "$@"

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# Regenerates every screenshot the docs show: runs each scripts/screenshots/*.sh.
+# Regenerates every screenshot under docs/screenshots/: runs each script of
+# scripts/screenshots/ (each also runs on its own).
 set -euo pipefail
-here=$(cd "$(dirname "$0")" && pwd)
-for script in "$here"/screenshots/*.sh; do
-    echo "== $(basename "$script")"
+cd "$(dirname "$0")"
+for script in screenshots/*.sh; do
     bash "$script"
 done

@@ -1,17 +1,17 @@
+#include "ConsoleOptions.h"
+#include "ConsoleShutdown.h"
 #include "MainWindow.h"
 #include "discovery/BonjourDiscoveryManager.h"
 #include "discovery/avahi/AvahiDiscoveryBackend.h"
-#include "model/ComputerJson.h"
 #include "platform/AppIdentity.h"
 #include "platform/Preferences.h"
 #include "state/AppState.h"
+#include "state/SetAsideReporter.h"
 #include "state/SupervisionController.h"
 #include "ui/QtAlertPresenter.h"
 
 #include <QApplication>
-#include <QCommandLineParser>
 #include <QTimer>
-#include <cstdio>
 
 namespace {
 
@@ -28,41 +28,28 @@ double positiveFromEnvironment(const char *name, double fallback)
 
 int main(int argc, char *argv[])
 {
+    // Before the application object: --help needs no display, and none means exit 1.
+    const ConsoleOptions options = ConsoleOptions::parse(ConsoleOptions::arguments(argc, argv),
+                                                         QProcessEnvironment::systemEnvironment());
+    if (options.action == ConsoleOptions::Action::exit)
+        return options.finish();
+
     QApplication app(argc, argv);
     QApplication::setOrganizationName(QLatin1String(AppIdentity::organizationName));
     QApplication::setApplicationName(QLatin1String(AppIdentity::applicationName));
-    QApplication::setApplicationVersion(QStringLiteral(TELVANE_VERSION));
-
-    QCommandLineParser parser;
-    parser.setApplicationDescription(QApplication::translate("main", "Telvane console"));
-    parser.addHelpOption();
-    parser.addVersionOption();
-    const QCommandLineOption seedOption(
-        QStringLiteral("add-computer-if-empty"),
-        QApplication::translate("main",
-                                "Add this computer (a JSON record) when the list is empty."),
-        QStringLiteral("json"));
-    parser.addOption(seedOption);
-    parser.process(app);
-
-    std::optional<RemoteComputer> seed;
-    if (parser.isSet(seedOption)) {
-        QString error;
-        seed = ComputerJson::decode(parser.value(seedOption).toUtf8(), &error);
-        if (!seed) {
-            std::fprintf(stderr, "telvane: --add-computer-if-empty: %s\n", qPrintable(error));
-            return 2;
-        }
-    }
+    QApplication::setApplicationVersion(ConsoleOptions::version());
+    // SIGTERM, SIGINT and SIGHUP close the windows and quit like the window's close button.
+    ConsoleShutdown shutdown;
 
     // The one state object lives for the whole process, created before any window.
     QtAlertPresenter alertPresenter; // outlives the state, which may still raise an alert
+    SetAsideReporter setAsideReporter(alertPresenter); // hears what loading sets aside
     AppState appState;
     appState.zektManager().setAlertPresenter(&alertPresenter);
     // The one discovery manager, for the add form; it outlives every window.
     BonjourDiscoveryManager discovery(std::make_unique<AvahiDiscoveryBackend>());
-    if (seed && appState.computers().isEmpty())
-        appState.addComputer(*seed);
+    if (options.computerIfEmpty)
+        appState.addComputerIfEmpty(*options.computerIfEmpty);
     SupervisionController supervision(
         appState, Preferences::shared(),
         int(positiveFromEnvironment("TELVANE_SUPERVISION_PERIOD_MS",

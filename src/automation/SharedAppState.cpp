@@ -8,6 +8,8 @@
 #include "platform/AppPaths.h"
 #include "platform/PendingActionKeys.h"
 #include "platform/SettingsFiles.h"
+#include "platform/StoredListGuard.h"
+#include "posix/PrivateFiles.h"
 
 #include <QDir>
 #include <QFile>
@@ -57,11 +59,8 @@ QList<RemoteComputer> SharedAppState::loadComputers()
             ComputerJson::decodeStoredList(m_legacyUserDefaults->value(computersKey));
         if (!legacy.isEmpty()) {
             const QByteArray data = ComputerJson::encodeList(legacy);
-            if (!data.isEmpty()) {
-                SettingsFiles::writeSynchronized(*m_userDefaults, [&](QSettings &settings) {
-                    settings.setValue(computersKey, data);
-                });
-            }
+            if (!data.isEmpty())
+                StoredListGuard::replace(*m_userDefaults, computersKey, data);
         }
     }
     return ComputerJson::decodeStoredList(m_userDefaults->value(computersKey));
@@ -79,9 +78,7 @@ std::optional<RemoteComputer> SharedAppState::findComputer(const QString &named)
 
 QString SharedAppState::uploadDirectory() const
 {
-    if (m_sharedContainer.isEmpty())
-        return {};
-    return QDir(m_sharedContainer).filePath(QStringLiteral("AppIntentUploads"));
+    return AppPaths::stagedUploadsDirectory(m_sharedContainer);
 }
 
 std::optional<Error> SharedAppState::stageUpload(const QString &sourcePath, const QString &fileName,
@@ -100,10 +97,10 @@ std::optional<Error> SharedAppState::stageUpload(const QString &sourcePath, cons
         return AppIntentUploadError::make(AppIntentUploadError::sharedDirectoryUnavailable);
     const QString destination = QDir(directory).filePath(QStringLiteral("appintents_upload_") +
                                                          UuidText::format(QUuid::createUuid()));
-    // Staged copies may be private documents: the shared container is for the user alone.
+    // Staged copies may be private documents: the organisation's data folder and
+    // everything in it are for the user alone.
     errno = 0;
-    if (!SettingsFiles::makePrivateFolder(QFileInfo(directory).absolutePath()) ||
-        !QDir().mkpath(directory))
+    if (!PrivateFiles::makeFolder(directory, QFileInfo(m_sharedContainer).absolutePath()))
         return posixError(errno ? errno : EACCES, directory);
 
     QFile source(sourcePath);
@@ -112,6 +109,8 @@ std::optional<Error> SharedAppState::stageUpload(const QString &sourcePath, cons
         return Error{QStringLiteral("QFileDevice"), int(source.error()),
                      source.errorString() + QStringLiteral(": ") + sourcePath};
     }
+    // The copy took the source's mode; nobody else can enter the folder meanwhile.
+    PrivateFiles::restrictFile(destination);
 
     QVariantMap entry;
     entry.insert(QLatin1String(PendingActionKeys::uploadFileURL), destination);

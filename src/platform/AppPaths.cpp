@@ -26,6 +26,13 @@ QString sharedContainerDirectory()
                                QLatin1String(AppIdentity::appGroupIdentifier));
 }
 
+QString stagedUploadsDirectory(const QString &sharedContainer)
+{
+    if (sharedContainer.isEmpty())
+        return {};
+    return QDir(sharedContainer).filePath(QStringLiteral("AppIntentUploads"));
+}
+
 QString configurationDirectory()
 {
     const QString config = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);

@@ -10,6 +10,9 @@ QString thumbnailsDirectory();
 // The app group's shared container: a folder named by the group identifier under the
 // application data location; empty when that is unknown.
 QString sharedContainerDirectory();
+// "AppIntentUploads" in the shared container, where telvanectl stages files for queued
+// uploads; empty when the container is unknown.
+QString stagedUploadsDirectory(const QString &sharedContainer = sharedContainerDirectory());
 // The folder of the user's configuration files (QSettings files, known agents).
 QString configurationDirectory();
 

@@ -74,6 +74,15 @@ void removeTaken(QSettings &suite, const PendingActions &actions)
 
 } // namespace
 
+QString stagedFileNamed(QSettings &suite)
+{
+    SettingsFiles::syncForReading(suite);
+    const QVariant path = suite.value(QLatin1String(PendingActionKeys::fileUpload))
+                              .toMap()
+                              .value(QLatin1String(PendingActionKeys::uploadFileURL));
+    return path.typeId() == QMetaType::QString ? path.toString() : QString();
+}
+
 PendingActions take(QSettings &suite)
 {
     // QSettings caches the file per process; without this the console would not see

@@ -10,5 +10,8 @@ class QSettings;
 namespace PendingActionQueue {
 
 PendingActions take(QSettings &suite);
+// The file a queued upload names, even in an entry that is not well formed; nothing is
+// taken. Empty when there is none.
+QString stagedFileNamed(QSettings &suite);
 
 } // namespace PendingActionQueue

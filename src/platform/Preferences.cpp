@@ -53,6 +53,6 @@ void Preferences::setBoolValue(const QString &key, bool value)
         return;
     auto settings = SettingsFiles::openStandard();
     settings->setValue(key, value);
-    settings->sync();
+    SettingsFiles::syncDurably(*settings);
     Q_EMIT changed(key);
 }

@@ -2,6 +2,9 @@
 
 #include "AppIdentity.h"
 #include "FileLock.h"
+#include "SetAsideNotices.h"
+#include "SuiteCopies.h"
+#include "posix/PrivateFiles.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -30,11 +33,6 @@ void fsyncPath(const QString &path)
     ::fsync(fd);
     ::close(fd);
 }
-
-// The computer list holds passwords: its folder and file are for the user alone.
-constexpr QFile::Permissions ownerOnlyFolder =
-    QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
-constexpr QFile::Permissions ownerOnlyFile = QFile::ReadOwner | QFile::WriteOwner;
 
 // What identifies one version of a file: a replaced file has a new inode, a touched one
 // a new time stamp.
@@ -114,11 +112,7 @@ void readConsistently(const QString &path, const std::function<void()> &read,
 
 bool makePrivateFolder(const QString &path)
 {
-    if (!QDir().mkpath(path))
-        return false;
-    if ((QFile::permissions(path) & ~ownerOnlyFolder) != 0)
-        QFile::setPermissions(path, ownerOnlyFolder);
-    return true;
+    return PrivateFiles::makeFolder(path, path);
 }
 
 std::unique_ptr<QSettings> openStandard()
@@ -145,21 +139,26 @@ std::unique_ptr<QSettings> openSharedSuite()
     readConsistently(
         path, [&] { suite = openSuiteAt(path); }, [&] { suite->sync(); });
     if (suite->status() == QSettings::FormatError) {
-        const QString aside = path + QStringLiteral(".corrupt-") +
-                              QString::number(QDateTime::currentMSecsSinceEpoch());
+        // QSettings would refuse every write: keep the file aside, never delete it, and say
+        // where it went.
         suite.reset();
-        QFile::rename(path, aside);
+        const QString aside = SuiteCopies::moveAside(path, QLatin1String(SuiteCopies::unparseable));
         suite = openSuiteAt(path);
+        if (!aside.isEmpty())
+            SetAsideNotices::shared().report(
+                SetAsideCopy{SetAsideCopy::Reason::unparseableFile, path, aside});
     }
     return suite;
 }
 
 void syncDurably(QSettings &settings)
 {
-    settings.sync();
     const QFileInfo info(settings.fileName());
-    if (info.exists() && (info.permissions() & ~ownerOnlyFile & 0x0fff) != 0)
-        QFile::setPermissions(info.absoluteFilePath(), ownerOnlyFile);
+    // QSettings would make a missing folder with the umask's mode.
+    makePrivateFolder(info.absolutePath());
+    settings.sync();
+    if (info.exists())
+        PrivateFiles::restrictFile(info.absoluteFilePath());
     fsyncPath(info.absoluteFilePath());
     fsyncPath(info.absolutePath());
 }

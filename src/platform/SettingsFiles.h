@@ -14,17 +14,18 @@ namespace SettingsFiles {
 
 std::unique_ptr<QSettings> openStandard();
 // Null when the suite cannot be used (its folder cannot be created). A suite file that
-// does not parse is moved aside (".corrupt" suffix, never deleted) so that later writes
-// are not refused.
+// does not parse is moved aside ("….conf.corrupt-<time>", never deleted) so that later
+// writes are not refused, and the copy is reported through SetAsideNotices.
 std::unique_ptr<QSettings> openSharedSuite();
 QString sharedSuitePath();
 
-// Creates a folder (with its parents) readable by the user alone; false when it cannot
+// Creates one of Telvane's own folders for the user alone (0700, and so are missing
+// folders above it), narrowing it when it exists with a wider mode; false when it cannot
 // be created.
 bool makePrivateFolder(const QString &path);
 
-// QSettings::sync() plus an fsync of the file and its folder; the file is kept readable
-// by the user alone.
+// QSettings::sync() plus an fsync of the file and its folder; the file (0600) and its
+// folder (0700) are kept for the user alone. Every write of a settings file ends here.
 void syncDurably(QSettings &settings);
 
 // Every write of the shared suite goes through here. QSettings notices another process's

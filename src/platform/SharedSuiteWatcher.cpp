@@ -1,5 +1,7 @@
 #include "SharedSuiteWatcher.h"
 
+#include "SettingsFiles.h"
+
 #include <QDir>
 #include <QFileInfo>
 
@@ -15,7 +17,7 @@ SharedSuiteWatcher::SharedSuiteWatcher(const QString &suitePath, int debounceMs,
     connect(&m_watcher, &QFileSystemWatcher::fileChanged, this, [this] { m_debounce.start(); });
     connect(&m_watcher, &QFileSystemWatcher::directoryChanged, this,
             [this] { m_debounce.start(); });
-    QDir().mkpath(QFileInfo(m_path).absolutePath());
+    SettingsFiles::makePrivateFolder(QFileInfo(m_path).absolutePath());
     rearm();
 }
 

@@ -1,11 +1,11 @@
 #include "ZEKTIdentity.h"
 
 #include "ZEKTError.h"
+#include "posix/PrivateFiles.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 
 #include <openssl/evp.h>
 #include <openssl/pem.h>
@@ -13,11 +13,9 @@
 #include <openssl/x509.h>
 
 #include <cerrno>
-#include <cstring>
 #include <fcntl.h>
 #include <memory>
 #include <sys/file.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
@@ -36,46 +34,11 @@ QByteArray bioContents(BIO *bio)
     return QByteArray(data, static_cast<qsizetype>(size));
 }
 
-// The key is written to a private temporary file created 0600 and renamed over the
-// final name, so it is never readable by others, not even for a moment.
-void writePrivateFile(const QString &path, const QByteArray &contents)
+// Both files are the user's alone, the key never readable by others even for a moment.
+void writeIdentityFile(const QString &path, const QByteArray &contents)
 {
-    const QByteArray tmp = QFile::encodeName(path + QStringLiteral(".tmp"));
-    ::unlink(tmp.constData());
-    const int fd = ::open(tmp.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
-    if (fd < 0)
-        throw ZEKTError(QStringLiteral("Cannot create %1: %2")
-                            .arg(path, QString::fromLocal8Bit(std::strerror(errno))));
-    qsizetype done = 0;
-    while (done < contents.size()) {
-        const ssize_t n = ::write(fd, contents.constData() + done, contents.size() - done);
-        if (n < 0 && errno == EINTR)
-            continue;
-        if (n <= 0) {
-            const int err = errno;
-            ::close(fd);
-            ::unlink(tmp.constData());
-            throw ZEKTError(QStringLiteral("Cannot write %1: %2")
-                                .arg(path, QString::fromLocal8Bit(std::strerror(err))));
-        }
-        done += n;
-    }
-    ::fsync(fd);
-    ::close(fd);
-    if (::rename(tmp.constData(), QFile::encodeName(path).constData()) != 0) {
-        const int err = errno;
-        ::unlink(tmp.constData());
-        throw ZEKTError(QStringLiteral("Cannot write %1: %2")
-                            .arg(path, QString::fromLocal8Bit(std::strerror(err))));
-    }
-}
-
-void writePublicFile(const QString &path, const QByteArray &contents)
-{
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(contents) != contents.size() ||
-        !file.commit())
-        throw ZEKTError(QStringLiteral("Cannot write %1: %2").arg(path, file.errorString()));
+    if (const auto error = PrivateFiles::write(path, contents))
+        throw ZEKTError(QStringLiteral("Cannot write %1: %2").arg(path, *error));
 }
 
 std::pair<QByteArray, QByteArray> generatePem()
@@ -135,53 +98,85 @@ ZEKTIdentity::ZEKTIdentity(QSslCertificate certificate, QSslKey key)
 {
 }
 
-ZEKTIdentity ZEKTIdentity::loadOrCreate(const QString &directory)
-{
-    QDir dir(directory);
-    if (!dir.exists() && !dir.mkpath(QStringLiteral(".")))
-        throw ZEKTError(QStringLiteral("Cannot create the identity folder %1").arg(directory));
-    ::chmod(QFile::encodeName(dir.absolutePath()).constData(), 0700);
+namespace {
 
-    // Agents started together (a service and `--fingerprint`, say) must not each create an
-    // identity: the first one creates it under this lock and the others then read it.
-    // Closing the descriptor releases the lock. Best effort: a read-only folder that
-    // already holds an identity needs no lock.
-    struct LockFile {
-        int fd;
-        ~LockFile()
-        {
-            if (fd >= 0)
-                ::close(fd);
-        }
-    } lock{::open(QFile::encodeName(dir.filePath(QStringLiteral("identity.lock"))).constData(),
-                  O_RDWR | O_CREAT | O_CLOEXEC, 0600)};
-    if (lock.fd >= 0) {
-        while (::flock(lock.fd, LOCK_EX) != 0 && errno == EINTR) {
+// Held while an identity is made or read, so agents started together (a service and
+// `--fingerprint`, say) never see half of one. Closing the descriptor releases the lock.
+class IdentityLock {
+public:
+    // `create`: make the lock file when missing (only a maker of identities does that).
+    IdentityLock(const QDir &dir, bool create)
+        : m_fd(::open(QFile::encodeName(dir.filePath(QStringLiteral("identity.lock"))).constData(),
+                      (create ? O_RDWR | O_CREAT : O_RDONLY) | O_CLOEXEC, 0600))
+    {
+        // Best effort: a read-only folder that already holds an identity needs no lock.
+        while (m_fd >= 0 && ::flock(m_fd, create ? LOCK_EX : LOCK_SH) != 0 && errno == EINTR) {
         }
     }
+    ~IdentityLock()
+    {
+        if (m_fd >= 0)
+            ::close(m_fd);
+    }
+    IdentityLock(const IdentityLock &) = delete;
+    IdentityLock &operator=(const IdentityLock &) = delete;
 
+private:
+    int m_fd;
+};
+
+} // namespace
+
+ZEKTIdentity ZEKTIdentity::loadOrCreate(const QString &directory)
+{
+    // The folder holding the key is the agent's own: 0700, and narrowed when it is wider.
+    QDir dir(directory);
+    if (!PrivateFiles::makeFolder(directory, directory))
+        throw ZEKTError(QStringLiteral("Cannot create the identity folder %1").arg(directory));
+
+    // The first of several agents started together creates it; the others then read it.
+    const IdentityLock lock(dir, true);
+    const QString keyPath = dir.filePath(keyFileName());
+    const QString certPath = dir.filePath(certificateFileName());
+    if (!QFileInfo::exists(keyPath) && !QFileInfo::exists(certPath)) {
+        const auto [keyPem, certPem] = generatePem();
+        writeIdentityFile(keyPath, keyPem);
+        writeIdentityFile(certPath, certPem);
+        return fromPem(directory, keyPem, certPem);
+    }
+    // Files that became readable by others are narrowed again.
+    PrivateFiles::restrictFile(keyPath);
+    PrivateFiles::restrictFile(certPath);
+    return *readFrom(dir);
+}
+
+std::optional<ZEKTIdentity> ZEKTIdentity::loadExisting(const QString &directory)
+{
+    const QDir dir(directory);
+    if (!dir.exists())
+        return std::nullopt;
+    const IdentityLock lock(dir, false);
+    return readFrom(dir);
+}
+
+std::optional<ZEKTIdentity> ZEKTIdentity::readFrom(const QDir &dir)
+{
     const QString keyPath = dir.filePath(keyFileName());
     const QString certPath = dir.filePath(certificateFileName());
     const bool haveKey = QFileInfo::exists(keyPath);
     const bool haveCert = QFileInfo::exists(certPath);
-
-    QByteArray keyPem;
-    QByteArray certPem;
-    if (!haveKey && !haveCert) {
-        std::tie(keyPem, certPem) = generatePem();
-        writePrivateFile(keyPath, keyPem);
-        writePublicFile(certPath, certPem);
-    } else if (haveKey != haveCert) {
+    if (!haveKey && !haveCert)
+        return std::nullopt;
+    if (haveKey != haveCert)
         throw ZEKTError(QStringLiteral("The agent identity in %1 is incomplete (%2 is missing); "
                                        "remove the other file to create a new identity")
-                            .arg(directory, haveKey ? certificateFileName() : keyFileName()));
-    } else {
-        keyPem = readFile(keyPath);
-        certPem = readFile(certPath);
-        // A key that became readable by others is narrowed again.
-        ::chmod(QFile::encodeName(keyPath).constData(), 0600);
-    }
+                            .arg(dir.path(), haveKey ? certificateFileName() : keyFileName()));
+    return fromPem(dir.path(), readFile(keyPath), readFile(certPath));
+}
 
+ZEKTIdentity ZEKTIdentity::fromPem(const QString &directory, const QByteArray &keyPem,
+                                   const QByteArray &certPem)
+{
     if (!keyMatchesCertificate(keyPem, certPem))
         throw ZEKTError(QStringLiteral("The agent identity in %1 is damaged or its key does not "
                                        "match its certificate")

@@ -3,6 +3,9 @@
 #include <QSslCertificate>
 #include <QSslKey>
 #include <QString>
+#include <optional>
+
+class QDir;
 
 // The agent's TLS identity: an ECDSA P-256 key with a self-signed certificate, made at
 // first start and reused afterwards. Its fingerprint is the lower-case hex SHA-256 of
@@ -15,6 +18,9 @@ public:
     // (mode 0700) and both files (key mode 0600) when neither exists. Throws ZEKTError
     // with a readable description when the files are unreadable, damaged or do not match.
     static ZEKTIdentity loadOrCreate(const QString &directory);
+    // The identity in `directory`, never creating anything there; none when the folder
+    // holds no identity. Throws like loadOrCreate for an incomplete or damaged one.
+    static std::optional<ZEKTIdentity> loadExisting(const QString &directory);
 
     // SPKI fingerprint of any certificate; empty when the certificate cannot be parsed.
     static QString fingerprintOf(const QSslCertificate &certificate);
@@ -29,6 +35,9 @@ public:
 
 private:
     ZEKTIdentity(QSslCertificate certificate, QSslKey key);
+    static std::optional<ZEKTIdentity> readFrom(const QDir &dir);
+    static ZEKTIdentity fromPem(const QString &directory, const QByteArray &keyPem,
+                                const QByteArray &certPem);
 
     QSslCertificate m_certificate;
     QSslKey m_key;

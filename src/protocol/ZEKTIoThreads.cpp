@@ -13,16 +13,24 @@ int g_next = 0;
 
 void stopAll()
 {
-    QMutexLocker locker(&g_lock);
-    for (QThread *&thread : g_threads) {
+    QThread *threads[ZEKTIoThreads::threadCount] = {};
+    {
+        QMutexLocker locker(&g_lock);
+        std::copy(std::begin(g_threads), std::end(g_threads), std::begin(threads));
+    }
+    // Not under the lock: a session closing on a stopping thread still asks for its keeper.
+    for (QThread *thread : threads) {
         if (!thread)
             continue;
         thread->quit();
         thread->wait();
-        delete thread;
-        thread = nullptr;
     }
-    std::fill(std::begin(g_keepers), std::end(g_keepers), nullptr);
+    QMutexLocker locker(&g_lock);
+    for (int i = 0; i < ZEKTIoThreads::threadCount; ++i) {
+        delete g_threads[i];
+        g_threads[i] = nullptr;
+        g_keepers[i] = nullptr;
+    }
 }
 } // namespace
 

@@ -1,5 +1,7 @@
 #include "ZEKTKnownAgents.h"
 
+#include "posix/PrivateFiles.h"
+
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
@@ -8,7 +10,6 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QMutex>
-#include <QSaveFile>
 #include <QStandardPaths>
 
 namespace {
@@ -51,12 +52,11 @@ std::optional<QString> save(const QString &file, QJsonObject agents, const QStri
     root.insert(QStringLiteral("version"), 1);
     root.insert(QStringLiteral("agents"), agents);
 
-    QDir().mkpath(QFileInfo(file).absolutePath());
-    QSaveFile out(file);
-    const QByteArray bytes = QJsonDocument(root).toJson();
-    if (!out.open(QIODevice::WriteOnly) || out.write(bytes) != bytes.size() || !out.commit())
-        return QStringLiteral("Cannot write the known agents file %1: %2")
-            .arg(file, out.errorString());
+    // The console's configuration folder: for the user alone, like everything in it.
+    const QString folder = QFileInfo(file).absolutePath();
+    PrivateFiles::makeFolder(folder, folder);
+    if (const auto error = PrivateFiles::write(file, QJsonDocument(root).toJson()))
+        return QStringLiteral("Cannot write the known agents file %1: %2").arg(file, *error);
     return std::nullopt;
 }
 } // namespace

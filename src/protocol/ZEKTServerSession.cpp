@@ -157,9 +157,9 @@ void ZEKTServerSession::onFrame(ZEKTFrame &frame)
     case ZEKTRequest::Kind::heartbeatResponse:
         return; // the channel answered and noted the sign of life
     case ZEKTRequest::Kind::disconnect:
-        m_context->log(tr("%1 disconnected: %2").arg(m_peer, request.reason),
-                       QStringLiteral("CONNECT"));
-        close(tr("The console closed the session: %1").arg(request.reason), false);
+        // The console's own words already say who ended it.
+        close(request.reason.isEmpty() ? tr("The console closed the session") : request.reason,
+              false);
         return;
     case ZEKTRequest::Kind::hello:
         onHello(request);

@@ -1,11 +1,11 @@
 #include "ScreenImageDecoder.h"
 
 #include "model/LogManager.h"
+#include "posix/PrivateFiles.h"
 
 #include <QBuffer>
 #include <QDir>
 #include <QImageReader>
-#include <QSaveFile>
 
 namespace {
 
@@ -128,9 +128,9 @@ QImage ScreenImageDecoder::decodeWithImageSource(const QByteArray &data, bool *d
 QImage ScreenImageDecoder::decodeThroughDisk(const QByteArray &data)
 {
     const QString path = temporaryFilePath();
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(data) != data.size() || !file.commit()) {
-        logError(QStringLiteral("Failed to write preview image to disk: ") + file.errorString());
+    // A screen image: in the shared temporary folder it must be the user's alone.
+    if (const auto error = PrivateFiles::write(path, data)) {
+        logError(QStringLiteral("Failed to write preview image to disk: ") + *error);
         return {};
     }
     QImage image(path);

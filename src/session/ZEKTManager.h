@@ -67,6 +67,9 @@ public:
     // time-out + 10.
     static double connectionDeadline();
 
+    // The files of the transfers under way (main thread).
+    const QSet<QString> &uploadsUnderWay() const { return m_uploadsUnderWay; }
+
     // The live client of each computer (main thread).
     const QHash<QUuid, std::shared_ptr<ZEKTClient>> &clients() const { return m_clients; }
     std::shared_ptr<ZEKTClient> client(const QUuid &id) const { return m_clients.value(id); }
@@ -143,6 +146,7 @@ private:
     QSet<QUuid> m_streamingComputers;
     QSet<QUuid> m_manualPreviewRequested;
     QHash<QUuid, int> m_networkDownErrorCounts;
+    QSet<QString> m_uploadsUnderWay;
     QHash<QUuid, std::chrono::steady_clock::time_point> m_lastSandboxingDialogTime;
     SessionStore *m_store = nullptr;
 

@@ -200,7 +200,9 @@ void ZEKTManager::sendFileTransfer(const RemoteComputer &computer, const QString
         });
     };
     // Outside a sandbox there is no access grant to take or end.
-    auto finish = [filePath, deleteAfterTransfer] {
+    m_uploadsUnderWay.insert(filePath);
+    auto finish = [this, filePath, deleteAfterTransfer] {
+        m_uploadsUnderWay.remove(filePath);
         if (deleteAfterTransfer)
             QFile::remove(filePath);
     };

@@ -44,6 +44,7 @@ AppState::AppState(std::unique_ptr<ZEKTManager> manager, QObject *parent,
             self->processPendingActions();
     });
 
+    m_pendingActions->sweepStagedUploads();
     processPendingActions();
 }
 
@@ -130,6 +131,14 @@ void AppState::addComputer(const RemoteComputer &computer)
     Q_EMIT computerAdded(computer.id, int(m_computers.size()) - 1);
     Q_EMIT computersChanged();
     saveComputers();
+}
+
+bool AppState::addComputerIfEmpty(const RemoteComputer &computer)
+{
+    if (!m_computers.isEmpty() || m_storedListUndecodable)
+        return false;
+    addComputer(computer);
+    return true;
 }
 
 void AppState::updateComputer(const RemoteComputer &computer)
@@ -219,12 +228,13 @@ void AppState::saveComputers()
 void AppState::loadComputers()
 {
     m_storage->migrateLegacyComputersIfNeeded();
-    // An undecodable list stays stored until the next save replaces it; the thumbnails
-    // are left alone, since their records are unknown.
-    std::optional<QList<RemoteComputer>> decoded = m_storage->loadStoredList();
-    if (!decoded)
+    // An undecodable list stays stored (with a copy aside) until the next save replaces
+    // it; the thumbnails are left alone, since their records are unknown.
+    ComputerListStorage::Loaded loaded = m_storage->load();
+    m_storedListUndecodable = loaded.status == ComputerListStorage::Loaded::Status::undecodable;
+    if (loaded.status != ComputerListStorage::Loaded::Status::decoded)
         return;
-    setComputers(*decoded);
+    setComputers(std::move(loaded.computers));
     saveComputers();
 
     QList<RemoteComputer> list = m_computers;

@@ -61,6 +61,9 @@ public:
 
     // The computer list.
     void addComputer(const RemoteComputer &computer);
+    // Adds the computer when the list is empty, but never to a list that is empty only
+    // because the stored one did not decode; true when it was added.
+    bool addComputerIfEmpty(const RemoteComputer &computer);
     void updateComputer(const RemoteComputer &computer);
     void removeComputer(const QUuid &id);
     void updateConnectingStatus(const QUuid &id, bool isConnecting) override;
@@ -119,6 +122,7 @@ private:
     void replaceComputer(int index, RemoteComputer updated);
 
     QList<RemoteComputer> m_computers;
+    bool m_storedListUndecodable = false;
     NavigationItem m_selectedItem;
     std::unique_ptr<ZEKTManager> m_zektManager;
     std::unique_ptr<ComputerListStorage> m_storage;

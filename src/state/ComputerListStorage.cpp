@@ -7,11 +7,12 @@
 #include "platform/AppPaths.h"
 #include "platform/SerialQueue.h"
 #include "platform/SettingsFiles.h"
+#include "platform/StoredListGuard.h"
+#include "posix/PrivateFiles.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <QSet>
 #include <QSettings>
 #include <atomic>
@@ -21,6 +22,8 @@ struct ComputerListStorage::PendingSave {
     std::mutex mutex;
     std::optional<QList<RemoteComputer>> computers;
     std::atomic<int> writes{0};
+    // What this process stored last (the worker's alone): finding it needs no decoding.
+    QByteArray lastWritten;
 };
 
 namespace {
@@ -75,9 +78,7 @@ void ComputerListStorage::migrateLegacyComputersIfNeeded()
                                  QStringLiteral("ERROR"));
         return;
     }
-    SettingsFiles::writeSynchronized(*m_sharedUserDefaults, [&](QSettings &settings) {
-        settings.setValue(m_computersKey, data);
-    });
+    StoredListGuard::replace(*m_sharedUserDefaults, m_computersKey, data);
     LogManager::shared().log(
         QStringLiteral("Migrated %1 computers from legacy user defaults to the "
                        "shared app group")
@@ -85,12 +86,22 @@ void ComputerListStorage::migrateLegacyComputersIfNeeded()
         QStringLiteral("PERSISTENCE"));
 }
 
-std::optional<QList<RemoteComputer>> ComputerListStorage::loadStoredList() const
+ComputerListStorage::Loaded ComputerListStorage::load()
 {
+    Loaded loaded;
     const QVariant blob = m_sharedUserDefaults->value(m_computersKey);
     if (!blob.isValid())
-        return std::nullopt;
-    return ComputerJson::decodeList(blob.toByteArray());
+        return loaded;
+    if (auto decoded = ComputerJson::decodeList(blob.toByteArray())) {
+        loaded.status = Loaded::Status::decoded;
+        loaded.computers = std::move(*decoded);
+        // No save is queued yet, so the worker reads this after it is set.
+        m_pendingSave->lastWritten = blob.toByteArray();
+        return loaded;
+    }
+    loaded.status = Loaded::Status::undecodable;
+    StoredListGuard::keepCopyIfUndecodable(*m_sharedUserDefaults, m_computersKey);
+    return loaded;
 }
 
 void ComputerListStorage::save(const QList<RemoteComputer> &computers)
@@ -126,8 +137,8 @@ void ComputerListStorage::save(const QList<RemoteComputer> &computers)
         std::unique_ptr<QSettings> suite = SettingsFiles::openSharedSuite();
         if (!suite)
             suite = SettingsFiles::openStandard();
-        SettingsFiles::writeSynchronized(
-            *suite, [&](QSettings &settings) { settings.setValue(key, data); });
+        StoredListGuard::replace(*suite, key, data, pending->lastWritten);
+        pending->lastWritten = data;
         ++pending->writes;
     });
 }
@@ -170,11 +181,9 @@ void ComputerListStorage::writeThumbnail(const QUuid &id, const QByteArray &data
 {
     const QString directory = AppPaths::thumbnailsDirectory();
     m_thumbnailQueue->enqueue([id, data, directory, context, then = std::move(then)] {
-        if (!directory.isEmpty() && QDir().mkpath(directory)) {
-            QSaveFile file(thumbnailPath(directory, id));
-            if (file.open(QIODevice::WriteOnly) && file.write(data) == data.size())
-                file.commit();
-        }
+        // Screen images are the user's alone, like the folder Telvane keeps them in.
+        if (!directory.isEmpty() && PrivateFiles::makeFolder(directory, directory))
+            PrivateFiles::write(thumbnailPath(directory, id), data);
         // The context outlives this queue, which drains before it goes; an event still
         // queued for a context that is gone is dropped by Qt.
         QMetaObject::invokeMethod(context, then, Qt::QueuedConnection);

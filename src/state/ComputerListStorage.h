@@ -25,10 +25,17 @@ public:
     ComputerListStorage(const ComputerListStorage &) = delete;
     ComputerListStorage &operator=(const ComputerListStorage &) = delete;
 
+    struct Loaded {
+        enum class Status { absent, decoded, undecodable };
+        Status status = Status::absent;
+        QList<RemoteComputer> computers;
+    };
+
     // Copies the legacy list into the shared suite when the suite has none.
     void migrateLegacyComputersIfNeeded();
-    // The stored list; none when nothing is stored or it does not decode.
-    std::optional<QList<RemoteComputer>> loadStoredList() const;
+    // The stored list. One that does not decode loads as empty and is copied aside with
+    // the whole suite file now, since the next save replaces it.
+    Loaded load();
     // Queues a write of the list's stored form; the list is shared, not copied.
     void save(const QList<RemoteComputer> &computers);
 

@@ -3,9 +3,11 @@
 #include "AppState.h"
 #include "model/LogManager.h"
 #include "platform/AppIdentity.h"
+#include "platform/AppPaths.h"
 #include "platform/PendingActionQueue.h"
 #include "platform/SerialQueue.h"
 #include "platform/SettingsFiles.h"
+#include "platform/StagedUploads.h"
 #include "session/ZEKTManager.h"
 
 #include <QCoreApplication>
@@ -76,6 +78,29 @@ void PendingActionInbox::processPendingActions()
                     self->carryOut(actions);
             },
             Qt::QueuedConnection);
+    });
+}
+
+void PendingActionInbox::sweepStagedUploads()
+{
+    const QString directory = AppPaths::stagedUploadsDirectory();
+    if (!m_consumes || directory.isEmpty())
+        return;
+    const QSet<QString> named = m_waitingUploads | m_appState.zektManager().uploadsUnderWay();
+    const QDateTime cutoff = QDateTime::currentDateTimeUtc().addDays(-StagedUploads::sweepAgeDays);
+    // On the queue that reads requests, ahead of the first read: the queued upload is still
+    // in the suite, where the sweep sees it.
+    m_queue->enqueue([directory, named, cutoff] {
+        QSet<QString> kept = named;
+        if (std::unique_ptr<QSettings> suite = SettingsFiles::openSharedSuite())
+            kept.insert(PendingActionQueue::stagedFileNamed(*suite));
+        if (const int removed = StagedUploads::sweep(directory, kept, cutoff))
+            LogManager::shared().log(
+                QStringLiteral("Removed %1 staged upload(s) older than %2 days that no request "
+                               "names")
+                    .arg(removed)
+                    .arg(StagedUploads::sweepAgeDays),
+                QStringLiteral("FILE"));
     });
 }
 
@@ -164,8 +189,10 @@ void PendingActionInbox::carryOut(const PendingActions &actions)
         if (const auto record = m_appState.computer(upload.computerId)) {
             manager.connectToComputer(*record);
             const RemoteComputer held = *record;
+            m_waitingUploads.insert(upload.filePath);
             waitForConnection(
                 held.id, queuedConnectionWait, [this, held, upload](bool isConnected) {
+                    m_waitingUploads.remove(upload.filePath);
                     if (!isConnected) {
                         // The staged copy stays; only a finished transfer deletes it.
                         m_appState.completeFileTransfer(QStringLiteral("Unable to connect to ") +

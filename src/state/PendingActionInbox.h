@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QSet>
 #include <QUuid>
 #include <atomic>
 #include <functional>
@@ -24,6 +25,9 @@ public:
 
     // Reads the queue off the main thread; a read not yet started covers every later call.
     void processPendingActions();
+    // Once, at console start and before the first read: deletes staged files older than a
+    // week that neither the queued upload nor an upload under way names.
+    void sweepStagedUploads();
     // From now on a read takes nothing: nobody would carry it out.
     void stopTaking();
 
@@ -43,6 +47,8 @@ private:
     const bool m_consumes;
     int m_connectionPollIntervalMs = 250;
     std::unique_ptr<SerialQueue> m_queue;
+    // Files of queued uploads waiting for their session.
+    QSet<QString> m_waitingUploads;
     std::shared_ptr<std::atomic<bool>> m_readScheduled;
     std::shared_ptr<std::atomic<bool>> m_isGone;
 };

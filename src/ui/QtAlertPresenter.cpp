@@ -26,6 +26,8 @@ void fill(QMessageBox &box, const Alert &alert)
     box.setWindowTitle(alert.title);
     box.setText(alert.title);
     box.setInformativeText(alert.text);
+    // Paths in alerts are there to be copied.
+    box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     QPushButton *button = nullptr;
     for (int i = 0; i < alert.buttons.size(); ++i) {
         button = box.addButton(alert.buttons[i], QMessageBox::ActionRole);

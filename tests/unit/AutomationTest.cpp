@@ -7,10 +7,13 @@
 #include "automation/StartRemoteControlIntent.h"
 #include "automation/UploadFileIntent.h"
 #include "model/ComputerJson.h"
+#include "model/LogManager.h"
 #include "model/UuidText.h"
 #include "platform/AppPaths.h"
 #include "platform/PendingActionKeys.h"
 #include "platform/SettingsFiles.h"
+#include "platform/StagedUploads.h"
+#include "state/AppState.h"
 
 #include <QDir>
 #include <QSettings>
@@ -40,6 +43,14 @@ QString writeFile(const QString &path, const QByteArray &data)
     if (!file.open(QIODevice::WriteOnly) || file.write(data) != data.size())
         qFatal("cannot write %s", qPrintable(path));
     return path;
+}
+
+bool setModified(const QString &path, int daysAgo)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadWrite) &&
+           file.setFileTime(QDateTime::currentDateTimeUtc().addDays(-daysAgo),
+                            QFileDevice::FileModificationTime);
 }
 
 IntentParameters byName(const QString &name)
@@ -118,6 +129,42 @@ private Q_SLOTS:
         QCOMPARE(QFileInfo(QFileInfo(state.uploadDirectory()).absolutePath()).permissions() &
                      others,
                  QFile::Permissions());
+    }
+
+    // Once at start, staged copies older than a week that nothing names go; a young copy
+    // and the one the queued request names stay.
+    void startSweepsOldStagedFilesThatNothingNames()
+    {
+        SharedAppState automation;
+        const QUuid id = QUuid::createUuid();
+        // Young by when it was staged, however old the user's file.
+        const QString source = writeFile(m_files.filePath("old-report.pdf"), "r");
+        QVERIFY(setModified(source, 400));
+        QVERIFY(!automation.stageUpload(source, "old-report.pdf", id));
+        const QDir staging(automation.uploadDirectory());
+        const QString replaced = staging.absoluteFilePath(staging.entryList(QDir::Files).first());
+        QVERIFY(!automation.stageUpload(source, "old-report.pdf", id));
+        const QString named = SettingsFiles::openSharedSuite()
+                                  ->value("pendingFileUpload")
+                                  .toMap()
+                                  .value("fileURL")
+                                  .toString();
+        QVERIFY(setModified(named, 30));
+        const QString orphan = writeFile(staging.filePath("appintents_upload_orphan"), "o");
+        QVERIFY(setModified(orphan, StagedUploads::sweepAgeDays + 1));
+        const QString sixDays = writeFile(staging.filePath("appintents_upload_six_days"), "s");
+        QVERIFY(setModified(sixDays, StagedUploads::sweepAgeDays - 1));
+
+        LogManager::shared().clearLogs();
+        AppState console;
+        console.waitForPendingWrites();
+        QVERIFY(!QFile::exists(orphan));
+        for (const QString &kept : {replaced, named, sixDays})
+            QVERIFY2(QFile::exists(kept), qPrintable(kept));
+        QTRY_VERIFY(!LogManager::shared()
+                         .logs()
+                         .filter("[FILE] Removed 1 staged upload(s) older than 7 days")
+                         .isEmpty());
     }
 
     void withoutSuiteTheCopyIsMadeButNothingQueued()

@@ -269,6 +269,8 @@ private Q_SLOTS:
             delete sender;
             QTRY_COMPARE(h.state->fileTransferProgress(), 0.45);
             QCOMPARE(h.state->fileTransferStatus(), QStringLiteral("Sending file..."));
+            // The start-up sweep of staged files spares it meanwhile.
+            QCOMPARE(h.manager->uploadsUnderWay(), QSet<QString>{path});
             h.fake().complete("sendFileTransfer",
                               succeed ? std::nullopt : std::optional<QString>("link lost"));
             if (succeed) {
@@ -281,6 +283,7 @@ private Q_SLOTS:
                 QTRY_COMPARE(h.state->fileTransferStatus(), "Upload failed: link lost");
             }
             QVERIFY(!QFile::exists(path));
+            QVERIFY(h.manager->uploadsUnderWay().isEmpty());
         }
     }
 

@@ -14,6 +14,7 @@
 
 #include <QCryptographicHash>
 #include <QDir>
+#include <QStandardPaths>
 #include <QTcpServer>
 #include <QTemporaryDir>
 #include <QTest>
@@ -117,6 +118,12 @@ class AgentProcessTest : public QObject {
         return agent;
     }
 
+    std::unique_ptr<AgentProcess> simulatedAgent(const QString &name)
+    {
+        return extraAgent(
+            name, {QStringLiteral("--simulate"), QStringLiteral("--port"), QStringLiteral("0")});
+    }
+
 private Q_SLOTS:
     void initTestCase()
     {
@@ -150,7 +157,7 @@ private Q_SLOTS:
         QVERIFY(s.diskVolumes && s.diskVolumes->size() == 2);
         QCOMPARE(s.agentVersion,
                  std::optional<QString>(QStringLiteral(TELVANE_AGENT_VERSION_TEXT)));
-        QVERIFY(m_agent->waitForLine(QStringLiteral("authenticated as tester")));
+        QVERIFY(m_agent->waitForLine(QStringLiteral("tester logged in from")));
         c->disconnect();
     }
 
@@ -311,9 +318,7 @@ private Q_SLOTS:
 
     void failedLoginsBackOffWithoutTellingWhoExists()
     {
-        auto agent =
-            extraAgent(QStringLiteral("backoff"), {QStringLiteral("--simulate"),
-                                                   QStringLiteral("--port"), QStringLiteral("0")});
+        auto agent = simulatedAgent(QStringLiteral("backoff"));
         QVERIFY(agent);
         RawAgentConnection raw;
         QVERIFY(raw.open(agent->port()));
@@ -453,6 +458,78 @@ private Q_SLOTS:
 #else
         QSKIP("built without X11");
 #endif
+    }
+
+    // --fingerprint reads an identity and never makes one: a user comparing fingerprints
+    // must not get the value of a fresh identity nobody serves.
+    void fingerprintWithoutAnIdentityMakesNone_data()
+    {
+        QTest::addColumn<QString>("configDir"); // empty: the default folder
+        QTest::newRow("given folder") << m_dir.filePath(QStringLiteral("no-identity"));
+        QTest::newRow("default folder") << QString();
+    }
+
+    void fingerprintWithoutAnIdentityMakesNone()
+    {
+        QFETCH(QString, configDir);
+        const QString looked =
+            configDir.isEmpty()
+                ? QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+                      QStringLiteral("/telvane-agent")
+                : configDir;
+        QStringList args{QStringLiteral("--fingerprint")};
+        if (!configDir.isEmpty())
+            args << QStringLiteral("--config-dir") << configDir;
+        QProcess agent;
+        agent.start(AgentProcess::binary(), args);
+        QVERIFY(agent.waitForFinished(30000));
+        QCOMPARE(agent.exitCode(), 1);
+        QVERIFY(agent.readAllStandardOutput().isEmpty());
+        const QString error = QString::fromUtf8(agent.readAllStandardError());
+        QVERIFY2(error.contains(looked), qPrintable(error));
+        QVERIFY(!QFileInfo::exists(looked));
+
+        // Once the agent made its identity, --fingerprint prints what it logged.
+        auto served = simulatedAgent(QStringLiteral("served"));
+        QVERIFY(served);
+        const QString logged =
+            served->lines().filter(QStringLiteral("identity fingerprint ")).value(0);
+        agent.start(AgentProcess::binary(),
+                    {QStringLiteral("--fingerprint"), QStringLiteral("--config-dir"),
+                     m_dir.filePath(QStringLiteral("served/config"))});
+        QVERIFY(agent.waitForFinished(30000));
+        QCOMPARE(agent.exitCode(), 0);
+        const QString printed = QString::fromUtf8(agent.readAllStandardOutput()).trimmed();
+        QCOMPARE(printed.size(), 64);
+        QVERIFY2(logged.endsWith(printed), qPrintable(logged));
+    }
+
+    // One event, one line, its reason said once: whether the console or the agent ended it.
+    void eachLogLineSaysItsReasonOnce()
+    {
+        auto agent = simulatedAgent(QStringLiteral("reasons"));
+        QVERIFY(agent);
+        Recorder first;
+        auto byConsole = client(agent->port(), first);
+        QVERIFY(byConsole);
+        byConsole->disconnect();
+        QVERIFY(agent->waitForLine(QStringLiteral("closed")));
+        Recorder second;
+        auto byAgent = client(agent->port(), second);
+        QVERIFY(byAgent);
+        QCOMPARE(agent->terminate(), 0);
+
+        const QStringList lines = agent->lines();
+        for (const QString &line : lines) {
+            QStringList parts = line.split(QStringLiteral(": "));
+            parts.removeFirst(); // time and category
+            QVERIFY2(QSet<QString>(parts.begin(), parts.end()).size() == parts.size(),
+                     qPrintable(line));
+        }
+        for (const QString &reason : {QStringLiteral("The console closed the session"),
+                                      QStringLiteral("The agent is shutting down (SIGTERM)")})
+            QVERIFY2(lines.filter(reason).size() == 1, qPrintable(lines.join(u'\n')));
+        byAgent->disconnect();
     }
 
     void stopSendsADisconnectWithTheReason()
