@@ -55,6 +55,7 @@ int main(int argc, char *argv[])
 
     // The one state object lives for the whole process, created before any window.
     QtAlertPresenter alertPresenter; // outlives the state, which may still raise an alert
+    AlertPresenter::setShared(&alertPresenter);
     AppState appState;
     appState.zektManager().setAlertPresenter(&alertPresenter);
     if (seed && appState.computers().isEmpty())
