@@ -57,6 +57,7 @@ ComputerCardView::ComputerCardView(const QUuid &id, QWidget *parent)
     gauges->setContentsMargins(0, 0, 0, 0);
     for (int i = 0; i < 3; ++i) {
         auto *gauge = new MetricGaugeView(m_gauges);
+        gauge->setBackgroundRole(QPalette::Base); // the card's
         gauges->addWidget(gauge);
         m_gaugeViews.append(gauge);
     }

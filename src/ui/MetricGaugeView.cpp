@@ -4,18 +4,57 @@
 #include "ToneColors.h"
 #include "ViewFonts.h"
 
+#include <QEvent>
+#include <QHash>
 #include <QPainter>
+#include <QStaticText>
 
 namespace {
+
 constexpr int ringDiameter = 58;
 constexpr int ringWidth = 6;
 constexpr int symbolSize = 14;
 constexpr int gap = 4;
+
+QFont labelFont(const QFont &base)
+{
+    QFont font = base;
+    font.setPixelSize(15);
+    font.setBold(true);
+    return font;
+}
+
+QRectF ringRect(int width)
+{
+    return {(width - ringDiameter) / 2.0 + ringWidth / 2.0, ringWidth / 2.0,
+            double(ringDiameter - ringWidth), double(ringDiameter - ringWidth)};
+}
+
+// Percent labels laid out once: there are only 101 of them. Main thread only.
+const QStaticText &staticLabel(const QString &text, const QFont &font)
+{
+    static QHash<QString, QStaticText> cache;
+    const QString key = font.key() + QLatin1Char('\n') + text;
+    auto it = cache.find(key);
+    if (it == cache.end()) {
+        if (cache.size() > 512)
+            cache.clear();
+        QStaticText label(text);
+        label.setTextFormat(Qt::PlainText);
+        label.setPerformanceHint(QStaticText::AggressiveCaching);
+        label.prepare(QTransform(), font);
+        it = cache.insert(key, label);
+    }
+    return *it;
+}
+
 } // namespace
 
 MetricGaugeView::MetricGaugeView(QWidget *parent) : QWidget(parent)
 {
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    // Opaque: a new value repaints the gauge alone, not the card beneath it.
+    setAutoFillBackground(true);
     // Start as a gauge that differs from any real one, so the first setGauge draws.
     m_gauge.value = -1;
 }
@@ -24,6 +63,8 @@ void MetricGaugeView::setGauge(const MetricGauge &gauge)
 {
     if (gauge == m_gauge)
         return;
+    if (gauge.title != m_gauge.title || gauge.systemImage != m_gauge.systemImage)
+        m_staticParts = QPixmap();
     m_gauge = gauge;
     setAccessibleName(gauge.accessibleText());
     update();
@@ -35,29 +76,33 @@ QSize MetricGaugeView::sizeHint() const
     return {ringDiameter + 24, ringDiameter + gap + std::max(caption.height(), symbolSize) + 2};
 }
 
-void MetricGaugeView::paintEvent(QPaintEvent *)
+void MetricGaugeView::resizeEvent(QResizeEvent *event)
 {
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    const QColor color = ToneColors::color(m_gauge.tone(), palette());
-    const QRectF ring((width() - ringDiameter) / 2.0 + ringWidth / 2.0, ringWidth / 2.0,
-                      ringDiameter - ringWidth, ringDiameter - ringWidth);
+    m_staticParts = QPixmap();
+    QWidget::resizeEvent(event);
+}
 
+void MetricGaugeView::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange)
+        m_staticParts = QPixmap();
+    QWidget::changeEvent(event);
+}
+
+QPixmap MetricGaugeView::staticParts()
+{
+    if (!m_staticParts.isNull())
+        return m_staticParts;
+    const qreal scale = devicePixelRatioF();
+    QPixmap pixmap(size() * scale);
+    pixmap.setDevicePixelRatio(scale);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    painter.setRenderHint(QPainter::Antialiasing);
     QColor track = palette().color(QPalette::WindowText);
     track.setAlphaF(0.1);
     painter.setPen(QPen(track, ringWidth));
-    painter.drawEllipse(ring);
-    if (const int span = qRound(m_gauge.fill() * 360 * 16); span > 0) {
-        painter.setPen(QPen(color, ringWidth, Qt::SolidLine, Qt::RoundCap));
-        painter.drawArc(ring, 90 * 16, -span); // clockwise from the top
-    }
-
-    QFont label = font();
-    label.setPixelSize(15);
-    label.setBold(true);
-    painter.setFont(label);
-    painter.setPen(palette().color(QPalette::WindowText));
-    painter.drawText(ring, Qt::AlignCenter, m_gauge.label());
+    painter.drawEllipse(ringRect(width()));
 
     const QFont caption = ViewFonts::caption(font());
     painter.setFont(caption);
@@ -72,4 +117,28 @@ void MetricGaugeView::paintEvent(QPaintEvent *)
     painter.setPen(secondary);
     painter.drawText(QRect(left + symbolSize + gap, rowTop, width(), metrics.height()),
                      Qt::AlignLeft | Qt::AlignVCenter, m_gauge.title);
+    painter.end();
+    m_staticParts = pixmap;
+    return m_staticParts;
+}
+
+void MetricGaugeView::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.drawPixmap(0, 0, staticParts());
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QRectF ring = ringRect(width());
+    if (const int span = qRound(m_gauge.fill() * 360 * 16); span > 0) {
+        painter.setPen(QPen(ToneColors::color(m_gauge.tone(), palette()), ringWidth, Qt::SolidLine,
+                            Qt::RoundCap));
+        painter.drawArc(ring, 90 * 16, -span); // clockwise from the top
+    }
+    const QFont font = labelFont(this->font());
+    const QStaticText &label = staticLabel(m_gauge.label(), font);
+    painter.setFont(font);
+    painter.setPen(palette().color(QPalette::WindowText));
+    const QSizeF labelSize = label.size();
+    painter.drawStaticText(QPointF(ring.center().x() - labelSize.width() / 2,
+                                   ring.center().y() - labelSize.height() / 2),
+                           label);
 }

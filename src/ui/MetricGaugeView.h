@@ -2,11 +2,14 @@
 
 #include "presentation/MetricGauge.h"
 
+#include <QPixmap>
 #include <QWidget>
 
 // A load gauge: a ring filled to the value in the gauge's colour with the percentage
 // inside, the symbol and title beneath. Its accessible name reads "CPU 95%". Repaints
-// only when the gauge changes.
+// only when the gauge changes, and then only itself: it paints its own background (the
+// palette's background role), and the parts that never change with the value (track,
+// symbol, title) are drawn once per size.
 class MetricGaugeView : public QWidget {
     Q_OBJECT
 
@@ -20,7 +23,12 @@ public:
 
 protected:
     void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void changeEvent(QEvent *event) override;
 
 private:
+    QPixmap staticParts();
+
     MetricGauge m_gauge;
+    QPixmap m_staticParts;
 };
