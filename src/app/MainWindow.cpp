@@ -3,12 +3,14 @@
 #include "platform/PreferenceKeys.h"
 #include "platform/Preferences.h"
 #include "state/AppState.h"
+#include "ui/ComputerCardView.h"
 #include "ui/ComputerDetailView.h"
 #include "ui/DashboardView.h"
 #include "ui/SymbolIcon.h"
 
 #include <QAction>
 #include <QMenuBar>
+#include <QPushButton>
 #include <QStackedWidget>
 #include <QToolBar>
 
@@ -62,10 +64,15 @@ void MainWindow::showDashboard()
 {
     m_pages->setCurrentWidget(m_dashboard);
     m_dashboardAction->setEnabled(false);
-    if (m_detail) {
-        m_detail->deleteLater();
-        m_detail = nullptr;
+    if (!m_detail)
+        return;
+    // Back on the card that was chosen, so the keyboard carries on from there.
+    for (ComputerCardView *card : m_dashboard->cards()) {
+        if (card->computerId() == m_detail->computerId())
+            card->setFocus();
     }
+    m_detail->deleteLater();
+    m_detail = nullptr;
 }
 
 void MainWindow::showComputer(const QUuid &id)
@@ -91,5 +98,10 @@ void MainWindow::showComputer(const QUuid &id)
     m_pages->addWidget(m_detail);
     m_pages->setCurrentWidget(m_detail);
     m_dashboardAction->setEnabled(true);
-    m_detail->setFocus();
+    for (QPushButton *button : m_detail->actionButtons()) {
+        if (button->isEnabled()) {
+            button->setFocus();
+            break;
+        }
+    }
 }

@@ -37,10 +37,9 @@ ComputerCardView::ComputerCardView(const QUuid &id, QWidget *parent)
     m_title->setFont(ViewFonts::title(font()));
     m_subtitle->setFont(ViewFonts::caption(font()));
     m_subtitle->setColor(secondary);
-    auto *chevron = new QLabel(this);
     const int chevronSize = fontMetrics().height();
-    chevron->setPixmap(
-        SymbolIcon::icon(u"chevron.right", secondary).pixmap(chevronSize, chevronSize));
+    QLabel *chevron =
+        SymbolIcon::label(u"chevron.right", chevronSize, secondary, tr("Show details"), this);
     auto *names = new QVBoxLayout;
     names->setSpacing(0);
     names->addWidget(m_title);
@@ -62,9 +61,9 @@ ComputerCardView::ComputerCardView(const QUuid &id, QWidget *parent)
         m_gaugeViews.append(gauge);
     }
 
-    auto *placeholderSymbol = new QLabel(m_placeholder);
-    placeholderSymbol->setPixmap(SymbolIcon::icon(u"chart.bar.doc.horizontal", secondary)
-                                     .pixmap(chevronSize * 2, chevronSize * 2));
+    QLabel *placeholderSymbol =
+        SymbolIcon::label(u"chart.bar.doc.horizontal", chevronSize * 2, secondary,
+                          tr("No technical specs"), m_placeholder);
     placeholderSymbol->setAlignment(Qt::AlignCenter);
     auto *placeholderText =
         new QLabel(tr("Connect to collect live technical specs"), m_placeholder);

@@ -37,19 +37,10 @@ constexpr int margin = 20;
 QLabel *label(const QString &text, QWidget *parent, Tone tone = Tone::secondary)
 {
     auto *label = new QLabel(text, parent);
-    QPalette palette = label->palette();
-    palette.setColor(QPalette::WindowText, ToneColors::color(tone, palette));
-    label->setPalette(palette);
+    ToneColors::applyTo(label, tone);
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
     return label;
-}
-
-void setTone(QLabel *label, Tone tone)
-{
-    QPalette palette = label->palette();
-    palette.setColor(QPalette::WindowText, ToneColors::color(tone, palette));
-    label->setPalette(palette);
 }
 
 // Each missing seam is logged once for the whole run, however often its button is pressed.
@@ -129,8 +120,7 @@ ComputerDetailView::ComputerDetailView(AppState &appState, const QUuid &id,
 QWidget *ComputerDetailView::makeHeader()
 {
     auto *header = new QWidget(this);
-    auto *symbol = new QLabel(header);
-    symbol->setPixmap(SymbolIcon::icon(u"desktopcomputer").pixmap(40, 40));
+    QLabel *symbol = SymbolIcon::label(u"desktopcomputer", 40, QColor(), tr("Computer"), header);
     m_name = new QLabel(header);
     m_name->setTextFormat(Qt::PlainText);
     m_name->setFont(ViewFonts::pageTitle(font()));
@@ -190,10 +180,9 @@ QWidget *ComputerDetailView::makeStatusPage()
     m_statusSubtitle = label(QString(), page);
 
     m_noStatistics = new QWidget(page);
-    auto *symbol = new QLabel(m_noStatistics);
-    symbol->setPixmap(
-        SymbolIcon::icon(u"chart.bar.doc.horizontal", ToneColors::color(Tone::secondary, palette()))
-            .pixmap(44, 44));
+    QLabel *symbol = SymbolIcon::label(u"chart.bar.doc.horizontal", 44,
+                                       ToneColors::color(Tone::secondary, palette()),
+                                       tr("No technical specs"), m_noStatistics);
     auto *noStatisticsTitle = new QLabel(tr("No technical specs yet"), m_noStatistics);
     noStatisticsTitle->setFont(ViewFonts::title(font()));
     auto *noStatisticsText = label(tr("Connect to this Mac to start receiving CPU, memory, disk, "
@@ -294,7 +283,7 @@ void ComputerDetailView::refresh()
     m_statusLine->setVisible(status.has_value());
     if (status) {
         m_statusLine->setText(status->text);
-        setTone(m_statusLine, status->tone);
+        ToneColors::applyTo(m_statusLine, status->tone);
     }
 
     const QList<DetailAction> actions = ComputerPreviewViewSnapshot::actionBar(m_flags);

@@ -35,9 +35,8 @@ DashboardScreenPreview::DashboardScreenPreview(QWidget *parent)
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(6);
-    auto *symbol = new QLabel(this);
-    const int symbolSize = fontMetrics().height();
-    symbol->setPixmap(SymbolIcon::icon(u"rectangle.inset.filled").pixmap(symbolSize, symbolSize));
+    QLabel *symbol = SymbolIcon::label(u"rectangle.inset.filled", fontMetrics().height(), QColor(),
+                                       tr("Screen"), this);
     auto *heading = new QLabel(tr("Screen Preview"), this);
     heading->setFont(ViewFonts::emphasized(font()));
     m_header->setContentsMargins(0, 0, 0, 0);

@@ -47,9 +47,7 @@ constexpr DisplayOption displayOptionTable[] = {
 QLabel *secondaryLabel(const QString &text, QWidget *parent)
 {
     auto *label = new QLabel(text, parent);
-    QPalette muted = label->palette();
-    muted.setColor(QPalette::WindowText, ToneColors::color(Tone::secondary, muted));
-    label->setPalette(muted);
+    ToneColors::applyTo(label, Tone::secondary);
     label->setWordWrap(true);
     return label;
 }
@@ -93,10 +91,9 @@ DashboardView::DashboardView(AppState &appState, QWidget *parent)
     header->addWidget(options, 0, Qt::AlignTop);
 
     // Empty state.
-    auto *emptySymbol = new QLabel(m_emptyPage);
-    emptySymbol->setPixmap(
-        SymbolIcon::icon(u"desktopcomputer", ToneColors::color(Tone::secondary, palette()))
-            .pixmap(64, 64));
+    QLabel *emptySymbol =
+        SymbolIcon::label(u"desktopcomputer", 64, ToneColors::color(Tone::secondary, palette()),
+                          tr("No computers"), m_emptyPage);
     auto *emptyTitle = new QLabel(tr("No computers or servers configured"), m_emptyPage);
     emptyTitle->setFont(ViewFonts::title(font()));
     auto *emptyLayout = new QVBoxLayout(m_emptyPage);

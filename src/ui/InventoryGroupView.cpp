@@ -28,13 +28,10 @@ void InventoryGroupView::setGroup(const InventoryGroup &group)
         return;
     m_group = group;
     m_title->setText(group.title);
-    const QColor secondary = ToneColors::color(Tone::secondary, palette());
     while (m_rowLabels.size() < group.rows.size()) {
         auto *label = new QLabel(this);
         auto *value = new QLabel(this);
-        QPalette muted = label->palette();
-        muted.setColor(QPalette::WindowText, secondary);
-        label->setPalette(muted);
+        ToneColors::applyTo(label, Tone::secondary);
         // Values from agents are shown as they are, never as markup.
         for (QLabel *text : {label, value})
             text->setTextFormat(Qt::PlainText);

@@ -4,6 +4,7 @@
 #include "platform/IconTable.h"
 
 #include <QHash>
+#include <QLabel>
 #include <QSet>
 #include <QtDebug>
 
@@ -47,4 +48,13 @@ QIcon SymbolIcon::icon(QStringView symbol, const QColor &color)
     if (source.isNull())
         return {};
     return QIcon(new TintedIconEngine(source, color));
+}
+
+QLabel *SymbolIcon::label(QStringView symbol, int size, const QColor &color,
+                          const QString &accessibleName, QWidget *parent)
+{
+    auto *label = new QLabel(parent);
+    label->setPixmap(icon(symbol, color).pixmap(size, size));
+    label->setAccessibleName(accessibleName);
+    return label;
 }

@@ -1,5 +1,7 @@
 #include "ToneColors.h"
 
+#include <QWidget>
+
 namespace ToneColors {
 
 QColor color(Tone tone, const QPalette &palette)
@@ -19,6 +21,13 @@ QColor color(Tone tone, const QPalette &palette)
         break;
     }
     return palette.color(QPalette::PlaceholderText);
+}
+
+void applyTo(QWidget *widget, Tone tone)
+{
+    QPalette palette = widget->palette();
+    palette.setColor(QPalette::WindowText, color(tone, palette));
+    widget->setPalette(palette);
 }
 
 } // namespace ToneColors

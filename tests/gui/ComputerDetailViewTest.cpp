@@ -271,6 +271,10 @@ private Q_SLOTS:
             QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
             reached.insert(QApplication::focusWidget());
         }
+        for (const QLabel *label : view.findChildren<QLabel *>()) {
+            if (label->text().isEmpty() && !label->pixmap().isNull())
+                QVERIFY(!label->accessibleName().isEmpty()); // symbols say what they are
+        }
         for (QWidget *control : expected)
             QVERIFY2(reached.contains(control), control->metaObject()->className());
         state.waitForPendingWrites();

@@ -4,6 +4,7 @@
 #include "platform/PreferenceKeys.h"
 #include "platform/Preferences.h"
 #include "platform/SettingsFiles.h"
+#include "presentation/TechnicalSpecPills.h"
 #include "state/AppState.h"
 #include "ui/ComputerCardView.h"
 #include "ui/ComputerDetailView.h"
@@ -20,8 +21,9 @@
 #include <QBuffer>
 #include <QChildEvent>
 #include <QFile>
-#include <QSettings>
 #include <QImageWriter>
+#include <QLabel>
+#include <QSettings>
 #include <QSignalSpy>
 #include <QTest>
 #include <QToolButton>
@@ -67,6 +69,23 @@ SystemStats statistics(double cpu)
     return s;
 }
 
+// Statistics with every pill's value present.
+SystemStats everyPill()
+{
+    SystemStats s = statistics(0.4);
+    s.activeProcess = QStringLiteral("Terminal");
+    s.agentVersion = QStringLiteral("2.3.0");
+    s.screenCaptureAuthorized = true;
+    s.accessibilityAuthorized = true;
+    s.screenLocked = false;
+    s.primaryIPAddress = QStringLiteral("10.0.0.7");
+    s.loggedInUser = QStringLiteral("ada");
+    s.networkName = QStringLiteral("Office");
+    s.displayCount = 2;
+    s.mainDisplayResolution = QStringLiteral("2560x1440");
+    return s;
+}
+
 RemoteComputer computerNamed(const QString &name)
 {
     RemoteComputer computer;
@@ -89,6 +108,22 @@ QByteArray jpeg()
 void settle()
 {
     QTest::qWait(30);
+}
+
+// Symbols and drawn elements say what they are to assistive technology.
+void expectNamesOnElementsWithoutText(const QWidget &view)
+{
+    for (const QWidget *widget : view.findChildren<QWidget *>()) {
+        if (!widget->isVisibleTo(&view))
+            continue;
+        const auto *label = qobject_cast<const QLabel *>(widget);
+        const bool drawn =
+            widget->inherits("MetricGaugeView") || widget->inherits("HealthStatusBadge") ||
+            widget->inherits("SummaryTileView") || widget->inherits("SpecPillView") ||
+            widget->inherits("ThumbnailView") || widget->inherits("ComputerCardView");
+        if ((label && label->text().isEmpty() && !label->pixmap().isNull()) || drawn)
+            QVERIFY2(!widget->accessibleName().isEmpty(), widget->metaObject()->className());
+    }
 }
 
 bool hasPill(const TechnicalSpecGrid *grid, const QString &title)
@@ -174,37 +209,46 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("key");
         QTest::addColumn<int>("menuIndex"); // -1: a pill switch, set as the settings page will
-        QTest::newRow("Summary Tiles") << QString(PreferenceKeys::dashboardShowSummaryTiles) << 0;
-        QTest::newRow("Health Metrics") << QString(PreferenceKeys::dashboardShowHealthMetrics) << 1;
+        QTest::addColumn<QString>("pill");
+        QTest::newRow("Summary Tiles")
+            << QString(PreferenceKeys::dashboardShowSummaryTiles) << 0 << "";
+        QTest::newRow("Health Metrics")
+            << QString(PreferenceKeys::dashboardShowHealthMetrics) << 1 << "";
         QTest::newRow("Technical Specs")
-            << QString(PreferenceKeys::dashboardShowTechnicalSpecs) << 2;
-        QTest::newRow("Screen Preview") << QString(PreferenceKeys::dashboardShowScreenPreview) << 3;
-        QTest::newRow("OS pill") << QString(PreferenceKeys::pillsShowOS) << -1;
+            << QString(PreferenceKeys::dashboardShowTechnicalSpecs) << 2 << "";
+        QTest::newRow("Screen Preview")
+            << QString(PreferenceKeys::dashboardShowScreenPreview) << 3 << "";
+        for (const TechnicalSpecPills::Definition &pill : TechnicalSpecPills::definitions())
+            QTest::newRow(pill.preferenceKey)
+                << QString(pill.preferenceKey) << -1 << QString(pill.title);
     }
 
     void preferencesChangeEveryOpenView()
     {
         QFETCH(QString, key);
         QFETCH(int, menuIndex);
+        QFETCH(QString, pill);
         AppState state;
         RemoteComputer studio = computerNamed("Studio");
-        studio.systemStats = statistics(0.4);
+        studio.systemStats = everyPill();
         state.addComputer(studio);
         DashboardView first(state), second(state);
         ComputerDetailView detail(state, studio.id, nullptr, nullptr);
 
-        // What each switch shows, in both dashboards (and the detail for a pill).
+        // What the switch shows, in both dashboards and, for a pill, in the detail.
         const auto shown = [&](const DashboardView &view) {
             const ComputerCardView *card = view.cards().first();
+            if (!pill.isEmpty()) {
+                const bool inDetail = hasPill(detail.findChild<TechnicalSpecGrid *>(), pill);
+                return hasPill(card->findChild<TechnicalSpecGrid *>(), pill) && inDetail;
+            }
             if (key == PreferenceKeys::dashboardShowSummaryTiles)
                 return !view.summaryStrip()->isHidden();
             if (key == PreferenceKeys::dashboardShowHealthMetrics)
                 return !card->content().gauges.isEmpty();
             if (key == PreferenceKeys::dashboardShowTechnicalSpecs)
                 return !card->findChild<TechnicalSpecGrid *>()->isHidden();
-            if (key == PreferenceKeys::dashboardShowScreenPreview)
-                return !card->findChild<DashboardScreenPreview *>()->isHidden();
-            return hasPill(card->findChild<TechnicalSpecGrid *>(), "OS");
+            return !card->findChild<DashboardScreenPreview *>()->isHidden();
         };
         const bool before = Preferences::shared().boolValue(key);
         QCOMPARE(shown(first), before);
@@ -217,7 +261,6 @@ private Q_SLOTS:
             QCOMPARE(second.displayOptions().at(menuIndex)->isChecked(), !before);
         } else {
             Preferences::shared().setBoolValue(key, !before);
-            QVERIFY(!hasPill(detail.findChild<TechnicalSpecGrid *>(), "OS"));
         }
         QCOMPARE(Preferences::shared().boolValue(key), !before);
         QCOMPARE(shown(first), !before);
@@ -259,6 +302,7 @@ private Q_SLOTS:
         QCOMPARE(gauges, (QStringList{"CPU 95%", "Memory 75%", "Disk 60%"}));
         QCOMPARE(view.findChildren<SummaryTileView *>().first()->accessibleName(),
                  QStringLiteral("Total Macs: 2"));
+        expectNamesOnElementsWithoutText(view);
         state.waitForPendingWrites();
     }
 

@@ -8,6 +8,7 @@
 #include "ui/DashboardView.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QFile>
 #include <QPushButton>
 #include <QTest>
@@ -59,10 +60,16 @@ private Q_SLOTS:
         QVERIFY(window.detail());
         QCOMPARE(window.detail()->computerId(), lab.id);
         QVERIFY(window.detail()->isVisible() && !window.dashboard()->isVisible());
+        QCOMPARE(QApplication::focusWidget(), window.detail()->actionButtons().first());
 
+        // Back by keyboard, onto the card that was chosen, and in again.
         QTest::keySequence(&window, QKeySequence::Back);
         QVERIFY(!window.detail());
         QVERIFY(window.dashboard()->isVisible());
+        QCOMPARE(QApplication::focusWidget(), card);
+        QTest::keyClick(card, Qt::Key_Space);
+        QVERIFY(window.detail() && window.detail()->computerId() == lab.id);
+        window.showDashboard();
 
         // Removing the computer whose detail shows returns to the dashboard.
         window.showComputer(studio.id);
