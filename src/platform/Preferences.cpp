@@ -81,11 +81,11 @@ bool Preferences::boolValue(const QString &key) const
         if (const auto it = m_values.constFind(key); it != m_values.cend())
             return *it;
     }
-    // Read outside the lock; two first readers of one key read the same file.
+    // The file is read outside the lock; a write that lands meanwhile wins.
     const bool value = readFromFile(key);
     const QMutexLocker lock(&m_mutex);
     auto it = m_values.find(key);
-    if (it == m_values.end()) // a write in between wins over what was read
+    if (it == m_values.end())
         it = m_values.insert(key, value);
     return *it;
 }

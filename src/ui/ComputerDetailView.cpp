@@ -66,19 +66,7 @@ ComputerDetailView::ComputerDetailView(AppState &appState, const QUuid &id,
     else
         m_snapshot.computerSnapshot.id = id;
 
-    m_segments = new QTabBar(this);
-    m_segments->addTab(tr("Status"));
-    m_segments->addTab(tr("Preview"));
-    m_segments->setDocumentMode(true);
-    m_segments->setExpanding(false);
-    m_segments->setAccessibleName(tr("Detail sections"));
-    m_pages = new QStackedWidget(this);
-    m_pages->addWidget(makeStatusPage());
-    m_pages->addWidget(makePreviewPage());
-    connect(m_segments, &QTabBar::currentChanged, this, [this](int index) {
-        setSelectedSegment(index == 1 ? DetailSegment::preview : DetailSegment::status);
-    });
-
+    // Made in reading order, which is also the order Tab follows.
     auto *top = new QVBoxLayout;
     top->setContentsMargins(margin, 16, margin, 0);
     top->setSpacing(12);
@@ -94,7 +82,20 @@ ComputerDetailView::ComputerDetailView(AppState &appState, const QUuid &id,
     bar->addStretch();
     top->addLayout(bar);
     top->addWidget(makeUploadPanel());
+
+    m_segments = new QTabBar(this);
+    m_segments->addTab(tr("Status"));
+    m_segments->addTab(tr("Preview"));
+    m_segments->setDocumentMode(true);
+    m_segments->setExpanding(false);
+    m_segments->setAccessibleName(tr("Detail sections"));
     top->addWidget(m_segments);
+    m_pages = new QStackedWidget(this);
+    m_pages->addWidget(makeStatusPage());
+    m_pages->addWidget(makePreviewPage());
+    connect(m_segments, &QTabBar::currentChanged, this, [this](int index) {
+        setSelectedSegment(index == 1 ? DetailSegment::preview : DetailSegment::status);
+    });
 
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);

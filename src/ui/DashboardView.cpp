@@ -7,7 +7,6 @@
 #include "ViewFonts.h"
 #include "platform/PreferenceKeys.h"
 #include "platform/Preferences.h"
-#include "presentation/TechnicalSpecPills.h"
 #include "state/AppState.h"
 #include "state/ComputerListModel.h"
 
@@ -245,8 +244,9 @@ void DashboardView::placeCards()
     if (columns == m_placedColumns)
         return;
     m_placedColumns = columns;
-    for (ComputerCardView *card : std::as_const(m_cards))
-        m_grid->removeWidget(card);
+    // Emptied from the end, which is cheap; the cards themselves stay.
+    for (int i = m_grid->count() - 1; i >= 0; --i)
+        delete m_grid->takeAt(i);
     for (int column = 0; column < m_grid->columnCount(); ++column)
         m_grid->setColumnStretch(column, 0);
     for (int i = 0; i < m_cards.size(); ++i)

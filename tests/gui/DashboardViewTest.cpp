@@ -20,6 +20,7 @@
 #include <QApplication>
 #include <QBuffer>
 #include <QChildEvent>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QImageWriter>
 #include <QLabel>
@@ -105,9 +106,23 @@ QByteArray jpeg()
     return bytes;
 }
 
+// Waits until nothing has painted for a while, so what counts after it is new.
 void settle()
 {
-    QTest::qWait(30);
+    class PaintWatch : public QObject {
+    public:
+        QElapsedTimer quiet;
+        bool eventFilter(QObject *, QEvent *event) override
+        {
+            if (event->type() == QEvent::Paint || event->type() == QEvent::LayoutRequest)
+                quiet.restart();
+            return false;
+        }
+    } watch;
+    watch.quiet.start();
+    qApp->installEventFilter(&watch);
+    (void)QTest::qWaitFor([&] { return watch.quiet.elapsed() > 150; }, 5000);
+    qApp->removeEventFilter(&watch);
 }
 
 // Symbols and drawn elements say what they are to assistive technology.
