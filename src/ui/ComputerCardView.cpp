@@ -4,6 +4,7 @@
 #include "ElidedLabel.h"
 #include "HealthStatusBadge.h"
 #include "MetricGaugeView.h"
+#include "RoundedBox.h"
 #include "SymbolIcon.h"
 #include "TechnicalSpecGrid.h"
 #include "ToneColors.h"
@@ -14,7 +15,6 @@
 #include <QLabel>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QPainterPath>
 #include <QVBoxLayout>
 
 namespace {
@@ -155,15 +155,10 @@ void ComputerCardView::keyPressEvent(QKeyEvent *event)
 void ComputerCardView::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    QPainterPath frame;
-    frame.addRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), radius, radius);
-    painter.fillPath(frame, palette().color(QPalette::Base));
     const bool focused = hasFocus();
-    painter.setPen(
-        QPen(focused ? palette().color(QPalette::Highlight) : palette().color(QPalette::Mid),
-             focused ? 2 : 1));
-    painter.drawPath(frame);
+    RoundedBox::paint(painter, rect(), radius, palette().color(QPalette::Base),
+                      palette().color(focused ? QPalette::Highlight : QPalette::Mid),
+                      focused ? 2 : 1);
 }
 
 void ComputerCardView::focusInEvent(QFocusEvent *event)

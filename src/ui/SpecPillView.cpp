@@ -1,14 +1,15 @@
 #include "SpecPillView.h"
 
+#include "RoundedBox.h"
 #include "SymbolIcon.h"
 #include "ToneColors.h"
 #include "ViewFonts.h"
 
 #include <QPainter>
-#include <QPainterPath>
 
 namespace {
 constexpr int padding = 8;
+constexpr int radius = 7;
 constexpr int compactPadding = 4;
 constexpr int gap = 6;
 } // namespace
@@ -47,18 +48,11 @@ QSize SpecPillView::minimumSizeHint() const
 void SpecPillView::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    QPainterPath box;
-    box.addRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 7, 7);
-    if (m_compact) { // on a card, which is already a box
-        QColor fill = palette().color(QPalette::WindowText);
-        fill.setAlphaF(0.05);
-        painter.fillPath(box, fill);
-    } else {
-        painter.fillPath(box, palette().color(QPalette::Base));
-        painter.setPen(palette().color(QPalette::Midlight));
-        painter.drawPath(box);
-    }
+    if (m_compact) // on a card, which is already a box
+        RoundedBox::paint(painter, rect(), radius, RoundedBox::faintFill(palette()));
+    else
+        RoundedBox::paint(painter, rect(), radius, palette().color(QPalette::Base),
+                          palette().color(QPalette::Midlight));
 
     const QColor secondary = ToneColors::color(Tone::secondary, palette());
     const QFont captionFont = ViewFonts::caption(font());

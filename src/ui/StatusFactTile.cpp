@@ -1,11 +1,11 @@
 #include "StatusFactTile.h"
 
 #include "ElidedLabel.h"
+#include "RoundedBox.h"
 #include "ToneColors.h"
 #include "ViewFonts.h"
 
 #include <QPainter>
-#include <QPainterPath>
 #include <QVBoxLayout>
 
 StatusFactTile::StatusFactTile(QWidget *parent)
@@ -34,10 +34,6 @@ void StatusFactTile::setFact(const FactTile &fact)
 void StatusFactTile::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    QPainterPath box;
-    box.addRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 8, 8);
-    painter.fillPath(box, palette().color(QPalette::Base));
-    painter.setPen(palette().color(QPalette::Midlight));
-    painter.drawPath(box);
+    RoundedBox::paint(painter, rect(), 8, palette().color(QPalette::Base),
+                      palette().color(QPalette::Midlight));
 }

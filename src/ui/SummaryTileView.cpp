@@ -1,11 +1,11 @@
 #include "SummaryTileView.h"
 
+#include "RoundedBox.h"
 #include "SymbolIcon.h"
 #include "ToneColors.h"
 #include "ViewFonts.h"
 
 #include <QPainter>
-#include <QPainterPath>
 
 namespace {
 constexpr int padding = 12;
@@ -42,12 +42,9 @@ QSize SummaryTileView::minimumSizeHint() const
 void SummaryTileView::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
+    RoundedBox::paint(painter, rect(), radius, palette().color(QPalette::Base),
+                      palette().color(QPalette::Mid));
     painter.setRenderHint(QPainter::Antialiasing);
-    QPainterPath frame;
-    frame.addRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
-    painter.fillPath(frame, palette().color(QPalette::Base));
-    painter.setPen(palette().color(QPalette::Mid));
-    painter.drawPath(frame);
 
     const QColor color = ToneColors::color(m_tile.color, palette());
     const QFont valueFont = ViewFonts::pageTitle(font());

@@ -1,5 +1,6 @@
 #include "ThumbnailView.h"
 
+#include "RoundedBox.h"
 #include "SymbolIcon.h"
 #include "ToneColors.h"
 
@@ -50,8 +51,6 @@ void ThumbnailView::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    QPainterPath frame;
-    frame.addRoundedRect(QRectF(rect()), radius, radius);
     if (!m_image.isNull()) {
         const qreal scale = devicePixelRatioF();
         if (m_scaled.isNull()) {
@@ -67,9 +66,7 @@ void ThumbnailView::paintEvent(QPaintEvent *)
         painter.drawPixmap(at, m_scaled);
         return;
     }
-    QColor fill = palette().color(QPalette::WindowText);
-    fill.setAlphaF(0.05);
-    painter.fillPath(frame, fill);
+    RoundedBox::paint(painter, rect(), radius, RoundedBox::faintFill(palette()));
     const QColor secondary = ToneColors::color(Tone::secondary, palette());
     const QFontMetrics metrics = fontMetrics();
     const int top = (height() - symbolSize - 6 - metrics.height()) / 2;

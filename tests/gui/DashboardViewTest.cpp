@@ -1,6 +1,7 @@
 // The dashboard bound to the store: cards follow their computers one by one, every open
 // view follows the display preferences at once, and it can be used from the keyboard.
 #include "ui/DashboardView.h"
+#include "SampleStatistics.h"
 #include "platform/PreferenceKeys.h"
 #include "platform/Preferences.h"
 #include "platform/SettingsFiles.h"
@@ -58,32 +59,9 @@ protected:
 
 SystemStats statistics(double cpu)
 {
-    SystemStats s;
-    s.totalMemory = 16ull << 30;
-    s.freeMemory = 4ull << 30;
-    s.totalDiskSpace = 1000000000000;
-    s.freeDiskSpace = 400000000000;
-    s.osVersion = QStringLiteral("14.2");
-    s.macModel = QStringLiteral("Mac14,2");
+    SystemStats s = SampleStatistics::required();
     s.cpuUsage = cpu;
     s.uptimeSeconds = 90061;
-    return s;
-}
-
-// Statistics with every pill's value present.
-SystemStats everyPill()
-{
-    SystemStats s = statistics(0.4);
-    s.activeProcess = QStringLiteral("Terminal");
-    s.agentVersion = QStringLiteral("2.3.0");
-    s.screenCaptureAuthorized = true;
-    s.accessibilityAuthorized = true;
-    s.screenLocked = false;
-    s.primaryIPAddress = QStringLiteral("10.0.0.7");
-    s.loggedInUser = QStringLiteral("ada");
-    s.networkName = QStringLiteral("Office");
-    s.displayCount = 2;
-    s.mainDisplayResolution = QStringLiteral("2560x1440");
     return s;
 }
 
@@ -245,7 +223,7 @@ private Q_SLOTS:
         QFETCH(QString, pill);
         AppState state;
         RemoteComputer studio = computerNamed("Studio");
-        studio.systemStats = everyPill();
+        studio.systemStats = SampleStatistics::everyPill();
         state.addComputer(studio);
         DashboardView first(state), second(state);
         ComputerDetailView detail(state, studio.id, nullptr, nullptr);
@@ -314,7 +292,7 @@ private Q_SLOTS:
         QStringList gauges;
         for (const MetricGaugeView *gauge : card->findChildren<MetricGaugeView *>())
             gauges << gauge->accessibleName();
-        QCOMPARE(gauges, (QStringList{"CPU 95%", "Memory 75%", "Disk 60%"}));
+        QCOMPARE(gauges, (QStringList{"CPU 95%", "Memory 75%", "Disk 50%"}));
         QCOMPARE(view.findChildren<SummaryTileView *>().first()->accessibleName(),
                  QStringLiteral("Total Macs: 2"));
         expectNamesOnElementsWithoutText(view);

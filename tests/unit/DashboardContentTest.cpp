@@ -1,4 +1,5 @@
 // What the dashboard shows: the summary strip, the health badge, the gauges and a card.
+#include "SampleStatistics.h"
 #include "model/RemoteComputer.h"
 #include "presentation/ComputerCardContent.h"
 #include "presentation/DashboardSummary.h"
@@ -34,13 +35,7 @@ QList<RemoteComputer> fleet(const QString &letters)
 
 SystemStats stats(double cpu)
 {
-    SystemStats s;
-    s.totalMemory = 16ull << 30;
-    s.freeMemory = 4ull << 30;
-    s.totalDiskSpace = 1000;
-    s.freeDiskSpace = 250;
-    s.osVersion = QStringLiteral("14.2");
-    s.macModel = QStringLiteral("Mac14,2");
+    SystemStats s = SampleStatistics::required();
     s.cpuUsage = cpu;
     s.uptimeSeconds = 90061;
     return s;
@@ -179,6 +174,8 @@ private Q_SLOTS:
         SystemStats s = stats(0.5);
         s.cpuUsage.reset();
         s.totalMemory = 0;
+        s.totalDiskSpace = 1000;
+        s.freeDiskSpace = 250;
         const QList<MetricGauge> gauges = MetricGauge::gauges(s);
         QCOMPARE(gauges, (QList<MetricGauge>{{"CPU", 0, "cpu"},
                                              {"Memory", 0, "memorychip"},

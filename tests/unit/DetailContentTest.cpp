@@ -1,5 +1,6 @@
 // What the computer detail shows: pills, byte counts, uptime, fact tiles, the inventory,
 // dates, texts from agents, and the action bar of the view model.
+#include "SampleStatistics.h"
 #include "platform/PreferenceKeys.h"
 #include "presentation/ByteCountFormat.h"
 #include "presentation/ComputerPreviewViewSnapshot.h"
@@ -18,37 +19,10 @@ Q_DECLARE_METATYPE(SystemStats)
 
 namespace {
 
+using SampleStatistics::everyPill;
+using SampleStatistics::required;
+
 constexpr quint64 max64 = std::numeric_limits<quint64>::max();
-
-SystemStats required()
-{
-    SystemStats s;
-    s.totalMemory = 17179869184;
-    s.freeMemory = 4294967296;
-    s.totalDiskSpace = 1000000000000;
-    s.freeDiskSpace = 494384795648;
-    s.osVersion = QStringLiteral("14.2");
-    s.macModel = QStringLiteral("Mac14,2");
-    return s;
-}
-
-SystemStats everything()
-{
-    SystemStats s = required();
-    s.cpuUsage = 0.2;
-    s.activeProcess = QStringLiteral("Terminal");
-    s.uptimeSeconds = 3700;
-    s.agentVersion = QStringLiteral("1.4.0");
-    s.screenCaptureAuthorized = true;
-    s.accessibilityAuthorized = false;
-    s.screenLocked = true;
-    s.primaryIPAddress = QStringLiteral("10.0.0.7");
-    s.loggedInUser = QStringLiteral("ada");
-    s.networkName = QStringLiteral("Office");
-    s.displayCount = 2;
-    s.mainDisplayResolution = QStringLiteral("2560x1440");
-    return s;
-}
 
 // "Title=value@symbol" per pill.
 QStringList described(const QList<SpecPill> &pills)
@@ -102,7 +76,7 @@ private Q_SLOTS:
         QTest::newRow("required fields only")
             << required() << TechnicalSpecPills::allOn() << alwaysShown;
         QTest::newRow("everything, in order")
-            << everything() << TechnicalSpecPills::allOn()
+            << everyPill() << TechnicalSpecPills::allOn()
             << alwaysShown + QStringList{"Uptime=1h 1m@clock.arrow.circlepath",
                                          "IP Address=10.0.0.7@network",
                                          "Logged-In User=ada@person.crop.circle",
@@ -137,7 +111,7 @@ private Q_SLOTS:
                            "Lock Status=Unlocked@lock.open",
                            "Screen Access=Needs Permission@exclamationmark.triangle",
                            "Remote Control=Allowed@cursorarrow.motionlines"};
-        QTest::newRow("every switch off") << everything() << quint32(0) << QStringList{};
+        QTest::newRow("every switch off") << everyPill() << quint32(0) << QStringList{};
     }
 
     void pills()
