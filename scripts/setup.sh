@@ -8,7 +8,7 @@ packages=(
   # toolchain
   cmake ninja-build g++ pkg-config ccache clang-14 libclang-rt-14-dev clang-format git
   # libraries
-  qt6-base-dev qt6-base-dev-tools qt6-qpa-plugins libqt6opengl6-dev libgl-dev
+  qt6-base-dev qt6-base-dev-tools qt6-qpa-plugins qt6-svg-dev libqt6opengl6-dev libgl-dev
   libssl-dev libturbojpeg0-dev libjpeg62-turbo-dev libavahi-client-dev libpam0g-dev
   libxcb1-dev libxcb-shm0-dev libxcb-xtest0-dev libxcb-damage0-dev libxcb-randr0-dev
   libxcb-xfixes0-dev
@@ -16,6 +16,8 @@ packages=(
   # running the console, the agent and the tests
   xvfb xauth x11-utils fonts-dejavu-core openssl avahi-daemon avahi-utils dbus iproute2
   util-linux procps psmisc x11vnc xdotool python3
+  # making the screenshots of docs/screenshots small
+  pngquant
 )
 
 missing=()

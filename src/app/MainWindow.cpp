@@ -2,48 +2,45 @@
 
 #include "platform/PreferenceKeys.h"
 #include "platform/Preferences.h"
-#include "session/ZEKTManager.h"
 #include "state/AppState.h"
-#include "state/ComputerListModel.h"
-#include "ui/ComputerTableModel.h"
+#include "ui/ComputerCardView.h"
+#include "ui/ComputerDetailView.h"
+#include "ui/DashboardView.h"
+#include "ui/SymbolIcon.h"
 
 #include <QAction>
-#include <QHeaderView>
-#include <QItemSelectionModel>
 #include <QMenuBar>
-#include <QTableView>
+#include <QPushButton>
+#include <QStackedWidget>
 #include <QToolBar>
 
-MainWindow::MainWindow(AppState &appState, QWidget *parent)
-    : QMainWindow(parent), m_appState(appState),
-      m_model(new ComputerTableModel(*new ComputerListModel(appState, this), this)),
-      m_table(new QTableView(this))
+MainWindow::MainWindow(AppState &appState, QWidget *parent, ComputerFormFactory *formFactory,
+                       RemoteControlWindowFactory *remoteControlFactory)
+    : QMainWindow(parent), m_appState(appState), m_actions(appState), m_formFactory(formFactory),
+      m_remoteControlFactory(remoteControlFactory), m_pages(new QStackedWidget(this)),
+      m_dashboard(new DashboardView(appState, this))
 {
     setWindowTitle(tr("Telvane"));
-    m_table->setModel(m_model);
-    m_table->setSelectionBehavior(QAbstractItemView::SelectRows);
-    m_table->setSelectionMode(QAbstractItemView::SingleSelection);
-    m_table->verticalHeader()->hide();
-    m_table->horizontalHeader()->setStretchLastSection(true);
-    m_table->setAlternatingRowColors(true);
-    m_table->setColumnWidth(ComputerTableModel::NameColumn, 220);
-    m_table->setColumnWidth(ComputerTableModel::AddressColumn, 200);
-    m_table->setColumnWidth(ComputerTableModel::StatusColumn, 120);
-    setCentralWidget(m_table);
+    m_pages->addWidget(m_dashboard);
+    setCentralWidget(m_pages);
+    connect(m_dashboard, &DashboardView::computerSelected, this, &MainWindow::showComputer);
 
-    QToolBar *toolbar = addToolBar(tr("Computer"));
-    toolbar->setObjectName(QStringLiteral("computerToolbar"));
+    QToolBar *toolbar = addToolBar(tr("Navigation"));
+    toolbar->setObjectName(QStringLiteral("navigationToolbar"));
     toolbar->setMovable(false);
-    m_connectAction = toolbar->addAction(tr("Connect"), this, &MainWindow::connectSelected);
-    m_disconnectAction =
-        toolbar->addAction(tr("Disconnect"), this, &MainWindow::disconnectSelected);
-    m_previewAction = toolbar->addAction(tr("Refresh Preview"), this, &MainWindow::previewSelected);
+    toolbar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    m_dashboardAction = new QAction(SymbolIcon::icon(u"house"), tr("Dashboard"), this);
+    m_dashboardAction->setShortcut(QKeySequence::Back);
+    m_dashboardAction->setEnabled(false);
+    connect(m_dashboardAction, &QAction::triggered, this, &MainWindow::showDashboard);
+    toolbar->addAction(m_dashboardAction);
+    menuBar()->addMenu(tr("&View"))->addAction(m_dashboardAction);
 
-    connect(m_table->selectionModel(), &QItemSelectionModel::selectionChanged, this,
-            &MainWindow::updateActions);
-    connect(&m_appState, &AppState::computersChanged, this, &MainWindow::updateActions);
-    updateActions();
-    resize(900, 520);
+    // A computer that is removed while its detail shows leaves the dashboard showing.
+    connect(&appState, &AppState::computerRemoved, this, [this](const QUuid &id) {
+        if (m_detail && m_detail->computerId() == id)
+            showDashboard();
+    });
 
     // Background supervision, bound both ways to its preference.
     const QString key = QLatin1String(PreferenceKeys::supervisionAutoConnectAll);
@@ -58,45 +55,53 @@ MainWindow::MainWindow(AppState &appState, QWidget *parent)
                 if (changed == key)
                     keepConnected->setChecked(Preferences::shared().boolValue(key));
             });
+
+    setMinimumSize(800, 600);
+    resize(1000, 700);
 }
 
-std::optional<QUuid> MainWindow::selectedComputerId() const
+void MainWindow::showDashboard()
 {
-    const QModelIndexList rows = m_table->selectionModel()->selectedRows();
-    if (rows.isEmpty() || rows.first().row() >= m_appState.computers().size())
-        return std::nullopt;
-    return m_appState.computers().at(rows.first().row()).id;
-}
-
-void MainWindow::updateActions()
-{
-    const auto id = selectedComputerId();
-    const auto computer = id ? m_appState.computer(*id) : std::nullopt;
-    m_connectAction->setEnabled(computer && !computer->isConnected && !computer->isConnecting);
-    m_disconnectAction->setEnabled(computer && (computer->isConnected || computer->isConnecting));
-    m_previewAction->setEnabled(computer && computer->isConnected);
-}
-
-void MainWindow::connectSelected()
-{
-    if (const auto id = selectedComputerId(); id) {
-        if (const auto computer = m_appState.computer(*id))
-            m_appState.zektManager().connectToComputer(*computer);
+    m_pages->setCurrentWidget(m_dashboard);
+    m_dashboardAction->setEnabled(false);
+    if (!m_detail)
+        return;
+    // Back on the card that was chosen, so the keyboard carries on from there.
+    for (ComputerCardView *card : m_dashboard->cards()) {
+        if (card->computerId() == m_detail->computerId())
+            card->setFocus();
     }
+    m_detail->deleteLater();
+    m_detail = nullptr;
 }
 
-void MainWindow::disconnectSelected()
+void MainWindow::showComputer(const QUuid &id)
 {
-    if (const auto id = selectedComputerId(); id) {
-        if (const auto computer = m_appState.computer(*id))
-            m_appState.zektManager().disconnectFromComputer(*computer);
-    }
-}
-
-void MainWindow::previewSelected()
-{
-    if (const auto id = selectedComputerId(); id) {
-        if (const auto computer = m_appState.computer(*id))
-            m_appState.zektManager().requestManualPreview(*computer);
+    if (!m_appState.computer(id))
+        return;
+    if (m_detail)
+        m_detail->deleteLater();
+    m_detail = new ComputerDetailView(m_appState, id, m_formFactory, m_remoteControlFactory, this);
+    connect(m_detail, &ComputerDetailView::connectRequested, this,
+            [this](const QUuid &computer) { m_actions.connectComputer(computer); });
+    connect(m_detail, &ComputerDetailView::disconnectRequested, this,
+            [this](const QUuid &computer) { m_actions.disconnectComputer(computer); });
+    connect(m_detail, &ComputerDetailView::previewRequested, this,
+            [this](const QUuid &computer) { m_actions.requestPreview(computer); });
+    connect(
+        m_detail, &ComputerDetailView::fileTransferRequested, this,
+        [this](const QUuid &computer, const QString &path) { m_actions.sendFile(computer, path); });
+    connect(m_detail, &ComputerDetailView::cancelFileTransferRequested, this,
+            [this] { m_actions.cancelFileTransfer(); });
+    connect(m_detail, &ComputerDetailView::removeRequested, this,
+            [this](const QUuid &computer) { m_actions.removeComputer(computer); });
+    m_pages->addWidget(m_detail);
+    m_pages->setCurrentWidget(m_detail);
+    m_dashboardAction->setEnabled(true);
+    for (QPushButton *button : m_detail->actionButtons()) {
+        if (button->isEnabled()) {
+            button->setFocus();
+            break;
+        }
     }
 }

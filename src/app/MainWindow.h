@@ -1,33 +1,43 @@
 #pragma once
 
+#include "ui/ComputerActions.h"
+
 #include <QMainWindow>
 #include <QUuid>
-#include <optional>
 
 class AppState;
-class ComputerTableModel;
+class ComputerDetailView;
+class ComputerFormFactory;
+class DashboardView;
 class QAction;
-class QTableView;
+class QStackedWidget;
+class RemoteControlWindowFactory;
 
-// The console's main window: the list of configured computers with their status, and
-// actions on the selected one. The dashboard and detail views arrive later.
+// The console's interim main window: the dashboard, and the detail of a computer chosen
+// on it, with a way back. Actions asked for in the views go to the store and the session
+// manager through ComputerActions.
 class MainWindow : public QMainWindow {
     Q_OBJECT
 
 public:
-    explicit MainWindow(AppState &appState, QWidget *parent = nullptr);
+    explicit MainWindow(AppState &appState, QWidget *parent = nullptr,
+                        ComputerFormFactory *formFactory = nullptr,
+                        RemoteControlWindowFactory *remoteControlFactory = nullptr);
+
+    DashboardView *dashboard() const { return m_dashboard; }
+    // Null while the dashboard shows.
+    ComputerDetailView *detail() const { return m_detail; }
+
+    void showDashboard();
+    void showComputer(const QUuid &id);
 
 private:
-    std::optional<QUuid> selectedComputerId() const;
-    void updateActions();
-    void connectSelected();
-    void disconnectSelected();
-    void previewSelected();
-
     AppState &m_appState;
-    ComputerTableModel *m_model;
-    QTableView *m_table;
-    QAction *m_connectAction;
-    QAction *m_disconnectAction;
-    QAction *m_previewAction;
+    ComputerActions m_actions;
+    ComputerFormFactory *m_formFactory;
+    RemoteControlWindowFactory *m_remoteControlFactory;
+    QStackedWidget *m_pages;
+    DashboardView *m_dashboard;
+    ComputerDetailView *m_detail = nullptr;
+    QAction *m_dashboardAction;
 };

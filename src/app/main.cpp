@@ -8,6 +8,7 @@
 #include "state/AppState.h"
 #include "state/SetAsideReporter.h"
 #include "state/SupervisionController.h"
+#include "ui/DialogComputerFormFactory.h"
 #include "ui/QtAlertPresenter.h"
 
 #include <QApplication>
@@ -44,6 +45,7 @@ int main(int argc, char *argv[])
     // The one state object lives for the whole process, created before any window.
     QtAlertPresenter alertPresenter; // outlives the state, which may still raise an alert
     SetAsideReporter setAsideReporter(alertPresenter); // hears what loading sets aside
+    AlertPresenter::setShared(&alertPresenter);
     AppState appState;
     appState.zektManager().setAlertPresenter(&alertPresenter);
     // The one discovery manager, for the add form; it outlives every window.
@@ -56,7 +58,8 @@ int main(int argc, char *argv[])
                                     SupervisionController::defaultPeriodMs)),
         positiveFromEnvironment("TELVANE_SUPERVISION_RETRY_SECONDS",
                                 SupervisionController::defaultRetryIntervalSeconds));
-    MainWindow window(appState);
+    DialogComputerFormFactory formFactory(appState, discovery);
+    MainWindow window(appState, nullptr, &formFactory);
     window.show();
     QTimer::singleShot(0, &supervision, &SupervisionController::mainViewAppeared);
     return app.exec();

@@ -1,6 +1,6 @@
 #include "EditComputerDialog.h"
 
-#include "ElidedLabel.h"
+#include "OneLineLabel.h"
 #include "FormWidgets.h"
 #include "discovery/forms/EditComputerView.h"
 
@@ -18,7 +18,7 @@ EditComputerDialog::EditComputerDialog(EditComputerView *view, QWidget *parent)
     setWindowTitle(tr("Edit Computer"));
     setWindowModality(Qt::WindowModal);
 
-    auto *subtitle = new ElidedLabel(this);
+    auto *subtitle = new OneLineLabel(this);
     subtitle->setFullText(view->subtitle());
 
     // Basic Information.

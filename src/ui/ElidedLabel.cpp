@@ -1,39 +1,62 @@
 #include "ElidedLabel.h"
 
-#include "FormWidgets.h"
+#include <QEvent>
+#include <QPainter>
 
-ElidedLabel::ElidedLabel(QWidget *parent) : QLabel(parent)
+ElidedLabel::ElidedLabel(QWidget *parent) : QWidget(parent)
 {
-    setTextFormat(Qt::PlainText);
-    setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
 }
 
-void ElidedLabel::setFullText(const QString &text)
+void ElidedLabel::setText(const QString &text)
 {
-    m_fullText = text;
+    if (text == m_text)
+        return;
+    const bool widthMayChange = sizePolicy().horizontalPolicy() != QSizePolicy::Ignored;
+    m_text = text;
     setToolTip(text);
-    setAccessibleName(FormWidgets::oneLine(text));
-    elide();
+    setAccessibleName(text);
+    if (widthMayChange)
+        updateGeometry();
+    update();
 }
 
-QSize ElidedLabel::minimumSizeHint() const
+void ElidedLabel::setColor(const QColor &color)
 {
-    return {0, QLabel::minimumSizeHint().height()};
+    if (color == m_color)
+        return;
+    m_color = color;
+    update();
+}
+
+void ElidedLabel::setAlignment(Qt::Alignment alignment)
+{
+    m_alignment = alignment;
+    update();
 }
 
 QSize ElidedLabel::sizeHint() const
 {
-    return {fontMetrics().averageCharWidth() * 40, QLabel::sizeHint().height()};
+    const QFontMetrics metrics = fontMetrics();
+    return {metrics.horizontalAdvance(m_text) + 2, metrics.height()};
 }
 
-void ElidedLabel::resizeEvent(QResizeEvent *event)
+QSize ElidedLabel::minimumSizeHint() const
 {
-    QLabel::resizeEvent(event);
-    elide();
+    return {fontMetrics().horizontalAdvance(QStringLiteral("M…")), fontMetrics().height()};
 }
 
-void ElidedLabel::elide()
+void ElidedLabel::paintEvent(QPaintEvent *)
 {
-    setText(fontMetrics().elidedText(FormWidgets::oneLine(m_fullText), Qt::ElideRight,
-                                     contentsRect().width()));
+    QPainter painter(this);
+    painter.setPen(m_color.isValid() ? m_color : palette().color(QPalette::WindowText));
+    const QString shown = fontMetrics().elidedText(m_text, Qt::ElideRight, width());
+    painter.drawText(rect(), int(m_alignment), shown);
+}
+
+void ElidedLabel::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::FontChange)
+        updateGeometry();
+    QWidget::changeEvent(event);
 }

@@ -1,26 +1,32 @@
 #pragma once
 
-#include <QLabel>
+#include <QColor>
+#include <QWidget>
 
-// A one-line label that elides its text to the width it gets and shows the whole text as a
-// tool tip, so a 10-kB host name never widens a window.
-class ElidedLabel : public QLabel {
+// One line of text cut with an ellipsis when it does not fit, with the whole text as its
+// tool tip and accessible name. Its height never depends on the text, so a changing value
+// never moves the widgets around it. Repaints only when the text or colour changes.
+class ElidedLabel : public QWidget {
     Q_OBJECT
 
 public:
     explicit ElidedLabel(QWidget *parent = nullptr);
 
-    void setFullText(const QString &text);
-    const QString &fullText() const { return m_fullText; }
+    QString text() const { return m_text; }
+    void setText(const QString &text);
+    // An invalid colour draws in the palette's text colour.
+    void setColor(const QColor &color);
+    void setAlignment(Qt::Alignment alignment);
 
-    QSize minimumSizeHint() const override;
     QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
 
 protected:
-    void resizeEvent(QResizeEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+    void changeEvent(QEvent *event) override;
 
 private:
-    void elide();
-
-    QString m_fullText;
+    QString m_text;
+    QColor m_color;
+    Qt::Alignment m_alignment = Qt::AlignLeft | Qt::AlignVCenter;
 };

@@ -20,6 +20,26 @@ QMessageBox::Icon iconOf(Alert::Style style)
     return QMessageBox::Information;
 }
 
+QMessageBox::ButtonRole roleOf(const Alert &alert, int index)
+{
+    if (index == alert.destructiveButton)
+        return QMessageBox::DestructiveRole;
+    if (index == alert.cancelButton)
+        return QMessageBox::RejectRole;
+    return QMessageBox::ActionRole;
+}
+
+// The default button: the first, unless a button is destructive; then the cancel button,
+// else the first that is not destructive, so Return never destroys anything.
+int defaultIndex(const Alert &alert)
+{
+    if (alert.destructiveButton == Alert::none)
+        return 0;
+    if (alert.cancelButton != Alert::none)
+        return alert.cancelButton;
+    return alert.destructiveButton == 0 ? 1 : 0;
+}
+
 void fill(QMessageBox &box, const Alert &alert)
 {
     box.setIcon(iconOf(alert.style));
@@ -28,15 +48,17 @@ void fill(QMessageBox &box, const Alert &alert)
     box.setInformativeText(alert.text);
     // Paths in alerts are there to be copied.
     box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    QPushButton *button = nullptr;
+    const int defaultButton = defaultIndex(alert);
+    const int escapeButton =
+        alert.cancelButton != Alert::none ? alert.cancelButton : int(alert.buttons.size()) - 1;
     for (int i = 0; i < alert.buttons.size(); ++i) {
-        button = box.addButton(alert.buttons[i], QMessageBox::ActionRole);
+        QPushButton *button = box.addButton(alert.buttons[i], roleOf(alert, i));
         button->setProperty(indexProperty, i);
-        if (i == 0)
+        if (i == defaultButton)
             box.setDefaultButton(button);
+        if (i == escapeButton)
+            box.setEscapeButton(button);
     }
-    if (button)
-        box.setEscapeButton(button);
 }
 
 // Aborted or closed boxes have no clicked button.

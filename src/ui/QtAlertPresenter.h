@@ -9,7 +9,8 @@
 class QMessageBox;
 class QWidget;
 
-// Alerts as message boxes: the first button is the default, the last one answers Escape.
+// Alerts as message boxes: the first button is the default and the last one answers Escape,
+// unless the alert names a destructive or a cancel button.
 class QtAlertPresenter : public AlertPresenter {
 public:
     int runModal(const Alert &alert, Handle handle) override;

@@ -1,12 +1,16 @@
+// The interim window: the dashboard, a computer's detail on choosing its card, the way
+// back, and the detail's actions reaching the session manager and the store.
 #include "app/MainWindow.h"
 #include "platform/SettingsFiles.h"
 #include "state/AppState.h"
-#include "ui/ComputerTableModel.h"
+#include "ui/ComputerCardView.h"
+#include "ui/ComputerDetailView.h"
+#include "ui/DashboardView.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QFile>
-#include <QSignalSpy>
-#include <QTableView>
+#include <QPushButton>
 #include <QTest>
 
 namespace {
@@ -23,13 +27,11 @@ public:
     void requestManualPreview(const RemoteComputer &c) override { calls << "preview " + c.host; }
 };
 
-QAction *action(QWidget &window, const QString &text)
+RemoteComputer computerAt(const QString &host)
 {
-    for (QAction *a : window.findChildren<QAction *>()) {
-        if (a->text() == text)
-            return a;
-    }
-    return nullptr;
+    RemoteComputer computer;
+    computer.host = host;
+    return computer;
 }
 
 } // namespace
@@ -38,75 +40,60 @@ class MainWindowTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void listsComputersAndFollowsTheirStatus()
-    {
-        QFile::remove(SettingsFiles::sharedSuitePath());
-        AppState state;
-        RemoteComputer named;
-        named.name = QStringLiteral("Studio Mac");
-        named.host = QStringLiteral("10.0.0.7");
-        RemoteComputer bare;
-        bare.host = QStringLiteral("build-02.local");
-        bare.port = 6000;
-        state.addComputer(named);
-        state.addComputer(bare);
+    void init() { QFile::remove(SettingsFiles::sharedSuitePath()); }
 
+    void choosingACardShowsItsDetailAndBack()
+    {
+        AppState state;
+        const RemoteComputer studio = computerAt("studio.local");
+        const RemoteComputer lab = computerAt("lab.local");
+        state.addComputer(studio);
+        state.addComputer(lab);
         MainWindow window(state);
         window.show();
         QVERIFY(QTest::qWaitForWindowExposed(&window));
-        auto *table = window.findChild<QTableView *>();
-        QVERIFY(table);
-        QAbstractItemModel *model = table->model();
-        QCOMPARE(model->rowCount(), 2);
-        const auto cell = [model](int row, int column) {
-            return model->index(row, column).data().toString();
-        };
-        QCOMPARE(cell(0, ComputerTableModel::NameColumn), QStringLiteral("Studio Mac"));
-        QCOMPARE(cell(1, ComputerTableModel::NameColumn), QStringLiteral("build-02.local"));
-        QCOMPARE(cell(1, ComputerTableModel::AddressColumn), QStringLiteral("build-02.local:6000"));
-        QCOMPARE(cell(0, ComputerTableModel::StatusColumn), QStringLiteral("Disconnected"));
+        QCOMPARE(window.dashboard()->cards().size(), 2);
+        QVERIFY(!window.detail());
 
-        // A status change updates its row in place.
-        QSignalSpy resets(model, &QAbstractItemModel::modelReset);
-        QSignalSpy changes(model, &QAbstractItemModel::dataChanged);
-        state.updateConnectingStatus(named.id, true);
-        QCOMPARE(cell(0, ComputerTableModel::StatusColumn), QStringLiteral("Connecting"));
-        state.updateConnectionStatus(named.id, false, QStringLiteral("Connection refused"));
-        QCOMPARE(cell(0, ComputerTableModel::LastErrorColumn),
-                 QStringLiteral("Connection refused"));
-        QCOMPARE(resets.size(), 0);
-        QCOMPARE(changes.size(), 2);
-        QCOMPARE(changes.first().at(0).toModelIndex().row(), 0);
+        ComputerCardView *card = window.dashboard()->cards().at(1);
+        QTest::mouseClick(card, Qt::LeftButton);
+        QVERIFY(window.detail());
+        QCOMPARE(window.detail()->computerId(), lab.id);
+        QVERIFY(window.detail()->isVisible() && !window.dashboard()->isVisible());
+        QCOMPARE(QApplication::focusWidget(), window.detail()->actionButtons().first());
 
-        state.removeComputer(named.id);
-        QCOMPARE(model->rowCount(), 1);
-        QVERIFY(!window.grab().isNull());
+        // Back by keyboard, onto the card that was chosen, and in again.
+        QTest::keySequence(&window, QKeySequence::Back);
+        QVERIFY(!window.detail());
+        QVERIFY(window.dashboard()->isVisible());
+        QCOMPARE(QApplication::focusWidget(), card);
+        QTest::keyClick(card, Qt::Key_Space);
+        QVERIFY(window.detail() && window.detail()->computerId() == lab.id);
+        window.showDashboard();
+
+        // Removing the computer whose detail shows returns to the dashboard.
+        window.showComputer(studio.id);
+        state.removeComputer(studio.id);
+        QVERIFY(!window.detail());
+        QCOMPARE(window.dashboard()->cards().size(), 1);
         state.waitForPendingWrites();
     }
 
-    void actionsFollowTheSelectedComputer()
+    void detailActionsReachTheManagerAndTheStore()
     {
-        QFile::remove(SettingsFiles::sharedSuitePath());
         auto manager = std::make_unique<RecordingManager>();
         RecordingManager *calls = manager.get();
         AppState state(std::move(manager));
-        RemoteComputer computer;
-        computer.host = QStringLiteral("lab.local");
-        state.addComputer(computer);
+        const RemoteComputer lab = computerAt("lab.local");
+        state.addComputer(lab);
         MainWindow window(state);
-        QAction *connectAction = action(window, QStringLiteral("Connect"));
-        QAction *disconnectAction = action(window, QStringLiteral("Disconnect"));
-        QAction *previewAction = action(window, QStringLiteral("Refresh Preview"));
-        QVERIFY(connectAction && disconnectAction && previewAction);
-        QVERIFY(!connectAction->isEnabled()); // nothing selected
+        window.showComputer(lab.id);
+        const QList<QPushButton *> buttons = window.detail()->actionButtons();
 
-        window.findChild<QTableView *>()->selectRow(0);
-        QVERIFY(connectAction->isEnabled() && !disconnectAction->isEnabled());
-        connectAction->trigger();
-        state.updateConnectionStatus(computer.id, true);
-        QVERIFY(!connectAction->isEnabled() && previewAction->isEnabled());
-        previewAction->trigger();
-        disconnectAction->trigger();
+        buttons.at(0)->click(); // Connect
+        state.updateConnectionStatus(lab.id, true);
+        window.detail()->updatePreviewButton()->click();
+        buttons.at(0)->click(); // Disconnect
         QCOMPARE(calls->calls,
                  (QStringList{"connect lab.local", "preview lab.local", "disconnect lab.local"}));
         state.waitForPendingWrites();

@@ -57,6 +57,48 @@ private Q_SLOTS:
         QCOMPARE(presenter.runModal(question(), early), AlertPresenter::closed);
     }
 
+    // Return presses the default button, Escape the cancel button; a destructive button is
+    // never the default.
+    void keysNeverPressADestructiveButton_data()
+    {
+        QTest::addColumn<QStringList>("buttons");
+        QTest::addColumn<int>("destructive");
+        QTest::addColumn<int>("cancel");
+        QTest::addColumn<int>("key");
+        QTest::addColumn<int>("expected");
+        const QStringList removeFirst{"Remove", "Cancel"};
+        QTest::newRow("Return, destructive first")
+            << removeFirst << 0 << 1 << int(Qt::Key_Return) << 1;
+        QTest::newRow("Enter, destructive first")
+            << removeFirst << 0 << 1 << int(Qt::Key_Enter) << 1;
+        QTest::newRow("Escape, destructive first")
+            << removeFirst << 0 << 1 << int(Qt::Key_Escape) << 1;
+        const QStringList cancelFirst{"Cancel", "Remove"};
+        QTest::newRow("Return, cancel first") << cancelFirst << 1 << 0 << int(Qt::Key_Return) << 0;
+        QTest::newRow("Return, no cancel button")
+            << QStringList{"Remove", "Keep"} << 0 << int(Alert::none) << int(Qt::Key_Return) << 1;
+        const QStringList plain{"Trust", "Reject"};
+        QTest::newRow("Return, nothing destructive")
+            << plain << int(Alert::none) << int(Alert::none) << int(Qt::Key_Return) << 0;
+        QTest::newRow("Escape, nothing named")
+            << plain << int(Alert::none) << int(Alert::none) << int(Qt::Key_Escape) << 1;
+    }
+
+    void keysNeverPressADestructiveButton()
+    {
+        QFETCH(QStringList, buttons);
+        QFETCH(int, destructive);
+        QFETCH(int, cancel);
+        QFETCH(int, key);
+        QFETCH(int, expected);
+        QtAlertPresenter presenter;
+        Alert alert{Alert::Style::warning, "Remove Computer", "text", buttons};
+        alert.destructiveButton = destructive;
+        alert.cancelButton = cancel;
+        QTimer::singleShot(50, [key] { QTest::keyClick(openBox(), Qt::Key(key)); });
+        QCOMPARE(presenter.runModal(alert, presenter.newHandle()), expected);
+    }
+
     void asynchronousAlert()
     {
         QtAlertPresenter presenter;

@@ -36,7 +36,7 @@ EXTERNAL_LINKS = [
     (re.compile(r"^nlohmann_json::"), "nlohmann_json"),
 ]
 # Build machinery every Qt target reaches; never a layer question.
-ALWAYS_ALLOWED_LINKS = {"Qt6::moc", "Qt6::Platform", "Threads::Threads", "WrapAtomic::WrapAtomic"}
+ALWAYS_ALLOWED_LINKS = {"Qt6::moc", "Qt6::rcc", "Qt6::Platform", "Threads::Threads", "WrapAtomic::WrapAtomic"}
 
 EXTERNAL_HEADERS = [
     (re.compile(r"/qt6/QtCore/"), "Qt6::Core"),

@@ -1,0 +1,45 @@
+// Statistics come from agents and from a settings file anyone can edit: whatever numbers
+// and texts they hold (NaN and huge loads, free above total, counts near 2^64, control
+// characters), turning them into what the views show must neither crash nor overflow.
+#include "model/ComputerJson.h"
+#include "presentation/ComputerCardContent.h"
+#include "presentation/ComputerPreviewViewSnapshot.h"
+#include "presentation/DashboardSummary.h"
+#include "presentation/ITInventory.h"
+#include "presentation/StatusFacts.h"
+
+#include <cstdint>
+#include <cstdlib>
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+{
+    const QByteArray input(reinterpret_cast<const char *>(data), qsizetype(size));
+    const auto computers = ComputerJson::decodeList(input);
+    if (!computers)
+        return 0;
+    (void)DashboardSummary::of(*computers).tiles();
+    ComputerCardContent::Switches switches;
+    switches.showScreenPreview = true;
+    for (const RemoteComputer &computer : *computers) {
+        const ComputerCardContent card = ComputerCardContent::of(computer, switches);
+        for (const MetricGauge &gauge : card.gauges) {
+            if (gauge.fill() < 0 || gauge.fill() > 1)
+                std::abort();
+            (void)gauge.accessibleText();
+        }
+        ComputerPreviewViewSnapshot snapshot;
+        snapshot.computerSnapshot = computer;
+        const auto flags = snapshot.liveFlags(*computers);
+        (void)ComputerPreviewViewSnapshot::statusLine(flags);
+        (void)ComputerPreviewViewSnapshot::actionBar(flags);
+        (void)snapshot.removalConfirmation();
+        if (!computer.systemStats)
+            continue;
+        const SystemStats &stats = *computer.systemStats;
+        (void)StatusFacts::tiles(stats);
+        if (StatusFacts::usedPercent(stats.totalMemory, stats.freeMemory) > 100)
+            std::abort();
+        (void)ITInventory::groups(stats);
+    }
+    return 0;
+}
