@@ -58,7 +58,7 @@ public:
     void completeFileTransfer(const QString &) override {}
 
 private:
-    const QList<RemoteComputer> m_none;
+    const QList<RemoteComputer> m_none{};
 };
 
 } // namespace
