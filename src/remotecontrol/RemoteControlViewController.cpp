@@ -103,14 +103,15 @@ QWidget *RemoteControlViewController::loadView()
     m_controlPanel->setFixedHeight(int(RemoteWindowSizing::controlPanelHeight));
     m_controlPanel->setAccessibleName(tr("Session controls"));
 
+    // Labels keep their text as their accessible name, so a screen reader reads the status.
     m_statusLabel = new ElidedLabel(tr("Connecting..."), m_controlPanel);
-    m_statusLabel->setAccessibleName(tr("Session status"));
+    m_statusLabel->setAccessibleDescription(tr("Session status"));
     auto *frameRateLabel = new QLabel(tr("Frame Rate:"), m_controlPanel);
     m_frameRateSlider = new FrameRateSlider(m_controlPanel);
     frameRateLabel->setBuddy(m_frameRateSlider);
     m_frameRateValueLabel = new QLabel(FrameRateScale::text(frameRate()), m_controlPanel);
     m_frameRateValueLabel->setFixedWidth(50);
-    m_frameRateValueLabel->setAccessibleName(tr("Chosen frame rate"));
+    m_frameRateValueLabel->setAccessibleDescription(tr("Chosen frame rate"));
     // Size 12 beside a system font of 13: a touch smaller than the labels around it.
     QFont small = m_frameRateValueLabel->font();
     small.setPointSizeF(small.pointSizeF() * 12.0 / 13.0);
@@ -392,9 +393,9 @@ void RemoteControlViewController::applyInitialScreenAspectRatio()
 
 double RemoteControlViewController::frameRate() const
 {
-    const double rate = m_frameRateSlider ? m_frameRateSlider->frameRate()
-                                          : FrameRateScale::value(FrameRateScale::initialPosition);
-    return std::isfinite(rate) ? rate : FrameRateScale::value(FrameRateScale::initialPosition);
+    // Always finite and within 1...30: positions are bounded integers.
+    return m_frameRateSlider ? m_frameRateSlider->frameRate()
+                             : FrameRateScale::value(FrameRateScale::initialPosition);
 }
 
 void RemoteControlViewController::frameRateChanged()
