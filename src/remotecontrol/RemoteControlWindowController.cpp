@@ -66,8 +66,11 @@ void RemoteControlWindowController::showWindow()
 
 void RemoteControlWindowController::windowWillClose()
 {
-    if (m_remoteControlView->isClosed())
+    // The view controller may have cleaned up already (its disconnect action closes the
+    // window afterwards); the close runs all the same.
+    if (m_isClosed)
         return;
+    m_isClosed = true;
     const QString name = m_computer.displayName();
     m_remoteControlView->releaseHeldInput();
     m_isRemoteControlActive = false;

@@ -58,6 +58,7 @@ private:
     RemoteComputer m_computer;
     AppState &m_appState;
     bool m_isRemoteControlActive = false;
+    bool m_isClosed = false;
     std::unique_ptr<RemoteControlViewController> m_remoteControlView;
     std::unique_ptr<RemoteControlWindow> m_window;
     QTimer m_resizeSettle;

@@ -267,6 +267,7 @@ private Q_SLOTS:
         QTRY_VERIFY(!s.window);
         QVERIFY(s.open(false));
         QCOMPARE(s.widget().height(), 700);
+        QVERIFY(!s.window->isResizeRulePending()); // not on restore
     }
 
     void pointer()
@@ -455,6 +456,24 @@ private Q_SLOTS:
                               "MEMORY RemoteControlWindowController resources cleaned up",
                               "MEMORY RemoteControlWindowController resources cleaned up",
                               "MEMORY RemoteControlWindowController deallocated"}));
+    }
+
+    void furtherActions()
+    {
+        Session s;
+        QVERIFY(s.open());
+        s.view().captureScreen();
+        QCOMPARE(s.calls("requestScreenCapture"), 1);
+        QTRY_COMPARE(s.view().statusText(), QStringLiteral("Updating preview..."));
+        s.view().toggleStreaming();
+        QCOMPARE(s.calls("stopContinuousStreaming"), 1);
+        QCOMPARE(LogLines::count("SCREEN", "Streaming stopped via button"), 1);
+        QVERIFY(s.view().isRemoteControlActive()); // toggling leaves it as it is
+        QPointer<RemoteControlWindow> widget = &s.widget();
+        s.view().disconnect(); // then the window closes and its controller goes
+        QTRY_VERIFY(!s.window && !widget);
+        QCOMPARE(
+            LogLines::count("CONNECT", "Remote control deactivated for Studio - disconnecting"), 1);
     }
 
     void droppedSessionKeepsTheLastFrame()
