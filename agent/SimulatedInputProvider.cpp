@@ -55,10 +55,12 @@ std::optional<QString> SimulatedInputProvider::key(quint16 keyCode, bool pressed
             m_state.lastKey = name;
         ++m_state.eventCount;
     }
-    m_log(QStringLiteral("input: key %1 code %2 %3")
+    // The whole flag word, kind and device bits included, so tests see what was sent.
+    m_log(QStringLiteral("input: key %1 code %2 %3 flags 0x%4")
               .arg(name)
               .arg(keyCode)
-              .arg(pressed ? QStringLiteral("down") : QStringLiteral("up")));
+              .arg(pressed ? QStringLiteral("down") : QStringLiteral("up"))
+              .arg(modifiers, 0, 16));
     return std::nullopt;
 }
 

@@ -1,5 +1,6 @@
 // Prints the session manager's main-thread costs: one streamed 1920x1080 JPEG frame
-// through the screen pipeline beside one bare TurboJPEG decode of it, and, with
+// through the screen pipeline beside one bare TurboJPEG decode of it, the remote-control
+// window's own cost per displayed frame (console build), and, with
 // --fleet N, N simulated agents held by one manager, with (in the console build) a list
 // view over the computer list model counting the rows it repaints. Run with a private
 // HOME and stdout to /dev/null (the log mirrors every line there); figures go to stderr:
@@ -34,6 +35,13 @@
 #include <ctime>
 
 #ifdef TELVANE_BENCH_WIDGETS
+#include "remotecontrol/RemoteControlViewController.h"
+#include "remotecontrol/RemoteControlWindow.h"
+#include "remotecontrol/RemoteControlWindowController.h"
+#include "remotecontrol/RemoteControlWindowLauncher.h"
+#include "remotecontrol/RemoteFrameView.h"
+#include "session/DecodedFrameCache.h"
+
 #include <QApplication>
 #include <QListView>
 #include <QStyledItemDelegate>
@@ -167,6 +175,46 @@ public:
 };
 #endif
 
+// One computer connected through a scripted client and streaming, so that every frame sent
+// through the client is accepted by the pipeline.
+struct StreamingComputer {
+    StreamingComputer()
+        : state(std::make_unique<ZEKTManager>([this](const QString &host, quint16 port) {
+              fake = std::make_shared<FakeZEKTClient>(host, port);
+              fake->autoSucceed = {"connect", "authenticate", "startContinuousStreaming"};
+              return fake;
+          }))
+    {
+        computer.host = QStringLiteral("127.0.0.1");
+        state.addComputer(computer);
+        state.zektManager().connectToComputer(computer);
+        (void)QTest::qWaitFor([&] { return state.computer(computer.id)->isConnected; });
+        fake->state = ZEKT::ConnectionState::connected;
+        state.zektManager().startRemoteControlStreaming(computer, 10);
+        QObject::connect(&NotificationHub::shared(), &NotificationHub::notificationPosted, &state,
+                         [this](const QString &, const QVariantMap &info) {
+                             lastImageData = info.value(QStringLiteral("imageData")).toByteArray();
+                             ++posted;
+                         });
+    }
+    // Sends one frame and runs the pipeline until it was broadcast.
+    void send(const QByteArray &jpeg, quint64 number)
+    {
+        const int before = posted;
+        fake->sendMessage(std::make_shared<ScreenCaptureMessage>(
+            0, QByteArray(jpeg.constData(), jpeg.size()), QStringLiteral("jpeg"), 0.5f, number,
+            std::nullopt, 1920, 1080));
+        while (posted == before)
+            QCoreApplication::processEvents();
+    }
+
+    std::shared_ptr<FakeZEKTClient> fake;
+    AppState state;
+    RemoteComputer computer;
+    int posted = 0;
+    QByteArray lastImageData; // the broadcast bytes, which the frame cache knows
+};
+
 void framePipeline(int frames)
 {
     const QByteArray jpeg = desktopFrame(0);
@@ -174,38 +222,14 @@ void framePipeline(int frames)
     ScreenImageDecoder decoder;
     Thumbnailer thumbnailer;
     const QImage decoded = bare.decode(jpeg);
-
-    std::shared_ptr<FakeZEKTClient> fake;
-    auto manager = std::make_unique<ZEKTManager>([&](const QString &host, quint16 port) {
-        fake = std::make_shared<FakeZEKTClient>(host, port);
-        fake->autoSucceed = {"connect", "authenticate", "startContinuousStreaming"};
-        return fake;
-    });
-    ZEKTManager *m = manager.get();
-    AppState state(std::move(manager));
-    RemoteComputer computer;
-    computer.host = QStringLiteral("127.0.0.1");
-    state.addComputer(computer);
-    m->connectToComputer(computer);
-    (void)QTest::qWaitFor([&] { return state.computer(computer.id)->isConnected; });
-    fake->state = ZEKT::ConnectionState::connected;
-    m->startRemoteControlStreaming(computer, 10);
-    int posted = 0;
-    QObject::connect(&NotificationHub::shared(), &NotificationHub::notificationPosted,
-                     [&posted] { ++posted; });
+    StreamingComputer streaming;
 
     // Main-thread CPU time, so other processes on a busy machine do not count; interleaved,
     // so both see the same cache and memory load.
     std::vector<double> pipeline, bareDecode, pipelineDecode, thumbnail;
     for (int i = 0; i < frames; ++i) {
-        const auto message = std::make_shared<ScreenCaptureMessage>(
-            0, QByteArray(jpeg.constData(), jpeg.size()), QStringLiteral("jpeg"), 0.5f, i,
-            std::nullopt, 1920, 1080);
         const qint64 start = threadCpuNs();
-        const int before = posted;
-        fake->sendMessage(message);
-        while (posted == before)
-            QCoreApplication::processEvents();
+        streaming.send(jpeg, quint64(i));
         QCoreApplication::processEvents(); // the log appends of this frame
         pipeline.push_back(double(threadCpuNs() - start) / 1e6);
         bareDecode.push_back(medianMs(1, [&](int) { bare.decode(jpeg); }));
@@ -221,6 +245,80 @@ void framePipeline(int frames)
                  qint64(jpeg.size()), frames, median(pipeline), median(bareDecode),
                  median(pipeline) / median(bareDecode), median(pipelineDecode), median(thumbnail));
 }
+
+#ifdef TELVANE_BENCH_WIDGETS
+// Process CPU time in nanoseconds: Qt may hand image work to its thread pool.
+qint64 processCpuNs()
+{
+    timespec now{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
+    return qint64(now.tv_sec) * 1000000000 + now.tv_nsec;
+}
+
+// The remote-control window's own work for a streamed frame the pipeline already decoded:
+// the cache look-up, the scaling to the image view's device pixels and the paint, beside a
+// bare TurboJPEG decode of the same frame, at the size the window takes on a 1920x1080
+// screen and at its opening size.
+void windowFrameCost(int frames)
+{
+    const QByteArray jpeg = desktopFrame(0);
+    TurboJpegDecoder bare;
+    StreamingComputer streaming;
+    RemoteControlWindowLauncher launcher(streaming.state);
+    auto *window = qobject_cast<RemoteControlWindowController *>(
+        launcher.openRemoteControlWindow(streaming.computer.id));
+    RemoteControlViewController &view = *window->remoteControlView();
+    RemoteFrameView &image = *view.imageView();
+    view.setVisibleAreaForTesting({1920, 1080});
+    (void)QTest::qWaitFor([&] { return view.zektClient() != nullptr; });
+
+    for (const bool aspectResized : {true, false}) {
+        if (!aspectResized)
+            window->window()->resize(RemoteControlWindowController::initialContentWidth,
+                                     RemoteControlWindowController::initialContentHeight);
+        std::vector<double> lookup, scale, scaleMain, paint, whole, decode;
+        for (int i = 0; i < frames; ++i) {
+            streaming.send(jpeg, quint64(i));
+            // The window's queued step for this frame: look-up, scale, status, then paint.
+            qint64 start = processCpuNs();
+            const qint64 key = view.currentScreenImage().cacheKey();
+            while (view.currentScreenImage().cacheKey() == key)
+                QCoreApplication::processEvents();
+            image.repaint();
+            whole.push_back(double(processCpuNs() - start) / 1e6);
+
+            const QByteArray bytes = streaming.lastImageData;
+            start = processCpuNs();
+            const QImage frame = DecodedFrameCache::shared().find(streaming.computer.id, bytes);
+            lookup.push_back(double(processCpuNs() - start) / 1e6);
+            start = processCpuNs();
+            const qint64 mainStart = threadCpuNs();
+            image.setFrame(frame);
+            scale.push_back(double(processCpuNs() - start) / 1e6);
+            scaleMain.push_back(double(threadCpuNs() - mainStart) / 1e6);
+            start = processCpuNs();
+            image.repaint();
+            paint.push_back(double(processCpuNs() - start) / 1e6);
+            start = processCpuNs();
+            bare.decode(jpeg);
+            decode.push_back(double(processCpuNs() - start) / 1e6);
+        }
+        const double own = median(lookup) + median(scale) + median(paint);
+        std::fprintf(stderr,
+                     "Remote-control window, image view %dx%d (%s), %d frames (medians, process "
+                     "CPU):\n"
+                     "  cache look-up %.3f ms, scale %.2f ms (main thread %.2f ms, the rest Qt's "
+                     "pool), paint %.2f ms: %.2f ms per frame\n"
+                     "  bare TurboJPEG decode:   %.2f ms; ratio %.2fx (goal <= 0.3x)\n"
+                     "  whole window step (queued hop, look-up, scale, status, paint): %.2f ms\n",
+                     image.width(), image.height(),
+                     aspectResized ? "as sized for a 1920x1080 screen" : "opening size", frames,
+                     median(lookup), median(scale), median(scaleMain), median(paint), own,
+                     median(decode), own / median(decode), median(whole));
+    }
+    window->window()->close();
+}
+#endif
 
 void fleet(int count, int seconds, bool withView)
 {
@@ -384,6 +482,9 @@ int main(int argc, char **argv)
                        {"no-view", "Leave the fleet's list view hidden."}});
     parser.process(app);
     framePipeline(std::max(1, parser.value("frames").toInt()));
+#ifdef TELVANE_BENCH_WIDGETS
+    windowFrameCost(std::max(1, parser.value("frames").toInt()));
+#endif
     if (const int count = parser.value("fleet").toInt(); count > 0)
         fleet(count, std::max(5, parser.value("seconds").toInt()), !parser.isSet("no-view"));
     return 0;

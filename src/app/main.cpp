@@ -5,6 +5,7 @@
 #include "discovery/avahi/AvahiDiscoveryBackend.h"
 #include "platform/AppIdentity.h"
 #include "platform/Preferences.h"
+#include "remotecontrol/RemoteControlWindowLauncher.h"
 #include "state/AppState.h"
 #include "state/SetAsideReporter.h"
 #include "state/SupervisionController.h"
@@ -59,7 +60,8 @@ int main(int argc, char *argv[])
         positiveFromEnvironment("TELVANE_SUPERVISION_RETRY_SECONDS",
                                 SupervisionController::defaultRetryIntervalSeconds));
     DialogComputerFormFactory formFactory(appState, discovery);
-    MainWindow window(appState, nullptr, &formFactory);
+    RemoteControlWindowLauncher remoteControl(appState); // closes its windows before the state goes
+    MainWindow window(appState, nullptr, &formFactory, &remoteControl);
     window.show();
     QTimer::singleShot(0, &supervision, &SupervisionController::mainViewAppeared);
     return app.exec();

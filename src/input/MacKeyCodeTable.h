@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QtCore/qnamespace.h>
 #include <QtGlobal>
 #include <optional>
 
@@ -9,8 +10,7 @@
 // identified by position, so the remote keyboard layout decides the character typed.
 class MacKeyCodeTable {
 public:
-    // Bits of the modifier-flag word. Other bits (0x200000 numeric pad, 0x800000
-    // function, the low 16 device bits) carry no modifier and are ignored.
+    // Bits of the modifier-flag word.
     static constexpr quint32 capsLockFlag = 0x10000;
     static constexpr quint32 shiftFlag = 0x20000;
     static constexpr quint32 controlFlag = 0x40000;
@@ -18,6 +18,11 @@ public:
     static constexpr quint32 commandFlag = 0x100000;
     static constexpr quint32 modifierMask =
         capsLockFlag | shiftFlag | controlFlag | optionFlag | commandFlag;
+    // Bits that say what kind of key it is, not which modifier is down; modifiersFromFlags
+    // ignores them, as it ignores the low 16 device bits.
+    static constexpr quint32 numericPadFlag = 0x200000;
+    static constexpr quint32 helpFlag = 0x400000;
+    static constexpr quint32 functionFlag = 0x800000;
 
     // A few codes the agent and the console name directly.
     static constexpr quint16 kVKReturn = 0x24;
@@ -44,8 +49,17 @@ public:
     // X keycodes stop at 255, so a few evdev keys have none.
     static std::optional<quint8> xKeycodeFromMac(quint16 macKeyCode);
     static std::optional<quint16> macFromXKeycode(quint32 xKeycode);
+    // The key at the US-layout position of a Qt key, for events that carry no scan code
+    // (synthesized ones, the offscreen platform). `keypad` picks the numeric-pad twin of
+    // digits, operators and Enter.
+    static std::optional<quint16> macFromQtKey(int qtKey, bool keypad);
+    // The kind bits a key carries in the flag word: numeric pad for keypad keys and arrows,
+    // function for F-keys, arrows and the navigation block, help (with function) for Help.
+    static quint32 keyKindFlags(quint16 macKeyCode);
     // Short English name for logs and the simulated screen ("A", "Return", "F5").
     static QString keyName(quint16 macKeyCode);
+    // Shift, Control, Option, Command (either side) and Caps Lock: keys that only change
+    // the flag word.
     static bool isModifierKey(quint16 macKeyCode);
 
     static Modifiers modifiersFromFlags(quint32 flags);

@@ -11,6 +11,10 @@
 ZEKTChannel::ZEKTChannel(QSslSocket *socket, QObject *parent) : QObject(parent), m_socket(socket)
 {
     m_lastReceived.start();
+    // Small messages (input events, frame acknowledgements) go out at once: with Nagle's
+    // algorithm an input event waited behind an unacknowledged ack until the peer's next
+    // frame carried the TCP acknowledgement, up to a frame interval later.
+    m_socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
     connect(m_socket, &QSslSocket::readyRead, this, &ZEKTChannel::readFrames);
     connect(m_socket, &QSslSocket::bytesWritten, this, &ZEKTChannel::drained);
     connect(m_socket, &QSslSocket::encryptedBytesWritten, this, &ZEKTChannel::drained);

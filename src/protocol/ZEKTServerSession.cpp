@@ -341,6 +341,11 @@ void ZEKTServerSession::startStream(const ZEKTRequest &request)
     m_stream.displayID = request.displayID;
     m_stream.quality = request.quality;
     m_stream.frameRate = request.frameRate;
+    m_context->log(tr("Streaming to %1 at %2 frames/s, quality %3")
+                       .arg(m_peer)
+                       .arg(request.frameRate)
+                       .arg(request.quality),
+                   QStringLiteral("SCREEN"));
     if (running) {
         // A new start while streaming only changes rate and quality.
         result(request.requestId, std::nullopt);
@@ -386,6 +391,7 @@ void ZEKTServerSession::stopStream()
     m_stream.active = false;
     m_stream.inFlight.clear();
     m_streamTimer.stop();
+    m_context->log(tr("Streaming to %1 stopped").arg(m_peer), QStringLiteral("SCREEN"));
     const quintptr key = reinterpret_cast<quintptr>(this);
     m_context->workers.start([screen = m_context->screen, key] { screen->endStream(key); });
 }

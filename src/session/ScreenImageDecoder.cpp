@@ -46,6 +46,25 @@ QByteArray ScreenImageDecoder::repairPrefix(const QByteArray &data)
     return data;
 }
 
+qsizetype ScreenImageDecoder::leadingGarbageLength(const QByteArray &data)
+{
+    if (data.size() < 2 || TurboJpegDecoder::isJpeg(data))
+        return 0;
+    const qsizetype end = std::min<qsizetype>(data.size() - 1, 10);
+    for (qsizetype i = 1; i < end; ++i) {
+        if (quint8(data[i]) == 0xFF && quint8(data[i + 1]) == 0xD8)
+            return i;
+    }
+    return 0;
+}
+
+QString ScreenImageDecoder::describeBytes(const QByteArray &data)
+{
+    return QStringLiteral("Size: ") + QString::number(data.size()) +
+           QStringLiteral(" bytes, Prefix: ") + hexBytes(data.left(16)) +
+           QStringLiteral(", Suffix: ") + hexBytes(data.right(8));
+}
+
 QString ScreenImageDecoder::temporaryFilePath()
 {
     return QDir(QDir::tempPath()).filePath(QStringLiteral("zekt_preview.jpg"));
@@ -89,15 +108,26 @@ QImage ScreenImageDecoder::decode(const QByteArray &data)
             return image;
         }
     }
-    logError(QStringLiteral("Failed to create NSImage from screen capture data. Size: ") +
-             QString::number(data.size()) + QStringLiteral(" bytes, Prefix: ") +
-             hexBytes(data.left(16)) + QStringLiteral(", Suffix: ") + hexBytes(data.right(8)));
+    logError(QStringLiteral("Failed to create NSImage from screen capture data. ") +
+             describeBytes(data));
     if (!isEnabled(Stage::diskFallback))
         return {};
     QImage image = decodeThroughDisk(data);
     if (!image.isNull())
         m_lastStage = Stage::diskFallback;
     return image;
+}
+
+QImage ScreenImageDecoder::decodeQuietly(const QByteArray &data)
+{
+    if (TurboJpegDecoder::isJpeg(data)) {
+        if (QImage image = m_turboJpeg.decode(data); !image.isNull())
+            return image;
+    }
+    QBuffer buffer;
+    buffer.setData(data);
+    buffer.open(QIODevice::ReadOnly);
+    return QImageReader(&buffer).read();
 }
 
 QImage ScreenImageDecoder::decodeWithImageSource(const QByteArray &data, bool *dropped)

@@ -33,7 +33,7 @@ inline quint32 average(quint32 a, quint32 b)
 
 // Each output pixel is the average of a 2 x 2 block: an exact area average at half size,
 // several times cheaper than the general smooth scaler on the full image.
-QImage halve(const QImage &source)
+QImage halveBlocks(const QImage &source)
 {
     const int width = source.width() / 2;
     const int height = source.height() / 2;
@@ -178,7 +178,7 @@ QImage Thumbnailer::scale(const QImage &image, int width, int height)
                                                 ? QImage::Format_ARGB32_Premultiplied
                                                 : QImage::Format_RGB32);
         while (!source.isNull() && source.width() >= 2 * width && source.height() >= 2 * height)
-            source = halve(source);
+            source = halveBlocks(source);
         if (!source.isNull() && source.width() == width * 3 / 2 && width % 2 == 0 &&
             source.height() == height * 3 / 2 && height % 2 == 0)
             source = shrinkByTwoThirds(source);
@@ -188,6 +188,15 @@ QImage Thumbnailer::scale(const QImage &image, int width, int height)
     if (source.size() == QSize(width, height))
         return source;
     return source.scaled(width, height, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+}
+
+QImage Thumbnailer::halve(const QImage &image)
+{
+    if (image.format() == QImage::Format_RGB32 ||
+        image.format() == QImage::Format_ARGB32_Premultiplied)
+        return halveBlocks(image);
+    return halveBlocks(image.convertToFormat(
+        image.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32));
 }
 
 Thumbnailer::Thumbnailer() : m_jpegEncoder(&Thumbnailer::encodeJpeg) {}

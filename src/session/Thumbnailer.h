@@ -21,6 +21,9 @@ public:
     // The whole image drawn at the given size with area averaging; cheap for the usual
     // screen sizes (halving, then two thirds, before any general smooth scaling).
     static QImage scale(const QImage &image, int width, int height);
+    // Half the size, each pixel the exact average of a 2 x 2 block (32-bit images only;
+    // others are converted first).
+    static QImage halve(const QImage &image);
     static QByteArray encodeJpeg(const QImage &image);
     static QByteArray encodePng(const QImage &image);
     // Tests replace the JPEG encoder to reach the PNG fallback.

@@ -49,6 +49,42 @@ private Q_SLOTS:
                  QByteArray("\xFF\xD8", 2));
     }
 
+    void leadingGarbage_data()
+    {
+        QTest::addColumn<QByteArray>("data");
+        QTest::addColumn<qsizetype>("length");
+        const QByteArray soi("\xFF\xD8\xFF", 3);
+        QTest::newRow("starts with the marker") << soi << qsizetype(0);
+        QTest::newRow("three bytes late") << QByteArray(3, 'x') + soi << qsizetype(3);
+        QTest::newRow("nine bytes late") << QByteArray(9, 'x') + soi << qsizetype(9);
+        QTest::newRow("ten bytes late") << QByteArray(10, 'x') + soi << qsizetype(0);
+        QTest::newRow("marker cut after FF") << QByteArray("xx\xFF", 3) << qsizetype(0);
+        QTest::newRow("one byte") << QByteArray(1, '\xFF') << qsizetype(0);
+        QTest::newRow("no marker") << QByteArray(40, '\x07') << qsizetype(0);
+    }
+    void leadingGarbage()
+    {
+        QFETCH(QByteArray, data);
+        QFETCH(qsizetype, length);
+        QCOMPARE(ScreenImageDecoder::leadingGarbageLength(data), length);
+    }
+
+    void quietDecodeNeitherLogsNorTouchesTheDisk()
+    {
+        ScreenImageDecoder decoder;
+        QFile::remove(ScreenImageDecoder::temporaryFilePath());
+        LogLines::clear();
+        const QByteArray jpeg = encoded(64, 48, "JPEG");
+        QCOMPARE(decoder.decodeQuietly(jpeg).size(), QSize(64, 48));
+        QCOMPARE(decoder.decodeQuietly(encoded(64, 48, "PNG")).size(), QSize(64, 48));
+        // A frame cut short still shows what arrived, as in the pipeline.
+        QCOMPARE(decoder.decodeQuietly(jpeg.left(jpeg.size() - 8)).size(), QSize(64, 48));
+        QVERIFY(decoder.decodeQuietly(QByteArray(32, '\x07')).isNull());
+        QVERIFY(decoder.decodeQuietly(QByteArray()).isNull());
+        QVERIFY(LogLines::all().isEmpty());
+        QVERIFY(!QFile::exists(ScreenImageDecoder::temporaryFilePath()));
+    }
+
     void thumbnailGeometry()
     {
         Thumbnailer thumbnailer;

@@ -8,7 +8,8 @@ class XvfbServer {
 public:
     ~XvfbServer() { stop(); }
     static bool available();
-    // Starts on a free display number; false when Xvfb did not come up.
+    // Starts on a display number Xvfb picks itself (-displayfd), so parallel tests never
+    // collide; false when Xvfb did not come up.
     bool start(int width = 1920, int height = 1080);
     // Starts again on the same display number (after stop()).
     bool restart();
@@ -16,7 +17,7 @@ public:
     QString display() const { return QStringLiteral(":%1").arg(m_number); }
 
 private:
-    bool launch();
+    bool launch(bool pickNumber);
     QProcess m_process;
     int m_number = -1;
     int m_width = 0;

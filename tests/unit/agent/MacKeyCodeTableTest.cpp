@@ -62,3 +62,54 @@ TEST(MacKeyCodeTable, FlagWordKeepsOnlyModifierBits)
     EXPECT_TRUE(T::isModifierKey(T::kVKShift));
     EXPECT_FALSE(T::isModifierKey(T::kVKReturn));
 }
+
+TEST(MacKeyCodeTable, KindFlagsFollowTheKeyGroups)
+{
+    using T = MacKeyCodeTable;
+    const quint32 pad = T::numericPadFlag, fn = T::functionFlag, help = T::helpFlag;
+    const std::pair<quint16, quint32> cases[] = {
+        {0x00, 0},   {0x24, 0},   {0x31, 0},  {0x7B, pad | fn},  {0x7E, pad | fn},
+        {0x7A, fn},  {0x5A, fn},  {0x73, fn}, {0x77, fn},        {0x74, fn},
+        {0x79, fn},  {0x75, fn},  {0x33, 0},  {0x72, fn | help}, {0x52, pad},
+        {0x4C, pad}, {0x47, pad}, {0x38, 0},  {0x7F, 0}};
+    for (const auto &[mac, kind] : cases)
+        EXPECT_EQ(T::keyKindFlags(mac), kind) << "mac " << mac;
+    // The kind bits never read as modifiers.
+    EXPECT_EQ(T::modifiersFromFlags(pad | fn | help), T::Modifiers{});
+}
+
+TEST(MacKeyCodeTable, QtKeysMapByUsPosition)
+{
+    struct Case {
+        int qt;
+        bool keypad;
+        std::optional<quint16> mac;
+    };
+    const Case cases[] = {{Qt::Key_A, false, 0x00},
+                          {Qt::Key_Z, false, 0x06},
+                          {Qt::Key_Exclam, false, 0x12},
+                          {Qt::Key_At, false, 0x13},
+                          {Qt::Key_Question, false, 0x2C},
+                          {Qt::Key_QuoteLeft, false, 0x32},
+                          {Qt::Key_Return, false, 0x24},
+                          {Qt::Key_Enter, false, 0x4C},
+                          {Qt::Key_Delete, false, 0x75},
+                          {Qt::Key_Backspace, false, 0x33},
+                          {Qt::Key_Insert, false, 0x72},
+                          {Qt::Key_F12, false, 0x6F},
+                          {Qt::Key_Meta, false, 0x37},
+                          {Qt::Key_Control, false, 0x3B},
+                          {Qt::Key_AltGr, false, 0x3D},
+                          {Qt::Key_5, true, 0x57},
+                          {Qt::Key_Asterisk, true, 0x43},
+                          {Qt::Key_Asterisk, false, 0x1C},
+                          {Qt::Key_Left, true, 0x7B},
+                          {Qt::Key_Eacute, false, std::nullopt},
+                          {Qt::Key_unknown, false, std::nullopt}};
+    for (const Case &c : cases)
+        EXPECT_EQ(MacKeyCodeTable::macFromQtKey(c.qt, c.keypad), c.mac) << "qt " << c.qt;
+    // Every modifier key, right-hand ones included, only changes the flag word.
+    for (const quint16 mac : {0x36, 0x37, 0x38, 0x39, 0x3A, 0x3B, 0x3C, 0x3D, 0x3E})
+        EXPECT_TRUE(MacKeyCodeTable::isModifierKey(mac)) << "mac " << mac;
+    EXPECT_FALSE(MacKeyCodeTable::isModifierKey(0x3F));
+}
