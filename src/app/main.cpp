@@ -26,6 +26,9 @@ double positiveFromEnvironment(const char *name, double fallback)
 
 int main(int argc, char *argv[])
 {
+    // The assistant panel's web view shares the GUI's OpenGL contexts; it must be set before
+    // the application object exists.
+    QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
     QApplication app(argc, argv);
     QApplication::setOrganizationName(QLatin1String(AppIdentity::organizationName));
     QApplication::setApplicationName(QLatin1String(AppIdentity::applicationName));
