@@ -1,4 +1,5 @@
 #include "AssistantTestPages.h"
+#include "EventLoopWait.h"
 #include "LocalWebServer.h"
 #include "LogLines.h"
 #include "services/windows/AssistantWebPage.h"
@@ -25,6 +26,19 @@ namespace {
 constexpr int loadWaitMs = 30000;
 // How long a navigation that must open nothing is given to show that it does not.
 constexpr int settleMs = 1000;
+
+// QTRY_VERIFY2 and QTRY_COMPARE, waiting on the event loop (EventLoopWait) instead.
+#define WAIT_VERIFY2(condition, message)                                                           \
+    do {                                                                                           \
+        (void)EventLoopWait::until([&] { return bool(condition); }, loadWaitMs);                   \
+        QVERIFY2(condition, message);                                                              \
+    } while (false)
+#define WAIT_VERIFY(condition) WAIT_VERIFY2(condition, #condition)
+#define WAIT_COMPARE(actual, expected)                                                             \
+    do {                                                                                           \
+        (void)EventLoopWait::until([&] { return (actual) == (expected); }, loadWaitMs);            \
+        QCOMPARE(actual, expected);                                                                \
+    } while (false)
 
 // Stands in for the default browser.
 class BrowserStandIn : public QObject {
@@ -121,12 +135,12 @@ private Q_SLOTS:
         }
 
         if (argument == QLatin1String("to-redirect"))
-            QTRY_COMPARE(m_server.requestCount(QStringLiteral("/aichat/redirect")), 1);
+            WAIT_COMPARE(m_server.requestCount(QStringLiteral("/aichat/redirect")), 1);
         if (opened.isEmpty())
-            QTest::qWait(settleMs);
+            EventLoopWait::runFor(settleMs);
         else
-            QTRY_COMPARE(m_browser.opened, QList<QUrl>{QUrl(opened)});
-        QTRY_COMPARE(page()->url().path(), pathAfter);
+            WAIT_COMPARE(m_browser.opened, QList<QUrl>{QUrl(opened)});
+        WAIT_COMPARE(page()->url().path(), pathAfter);
         QCOMPARE(m_browser.opened.size(), opened.isEmpty() ? 0 : 1);
     }
 
@@ -142,7 +156,7 @@ private Q_SLOTS:
             // elements to keep have been looked at too.
             for (const Element &e : elements) {
                 if (!e.kept)
-                    QTRY_VERIFY2(!exists(QLatin1String(e.id), e.inFrame), e.id);
+                    WAIT_VERIFY2(!exists(QLatin1String(e.id), e.inFrame), e.id);
             }
             for (const Element &e : elements) {
                 if (e.kept)
@@ -203,10 +217,10 @@ private Q_SLOTS:
         page()->scripts().remove(breaker);
         QVERIFY(loaded);
         // Later runs (after the load, on changes) still clean the page.
-        QTRY_VERIFY(!exists(QStringLiteral("brand-footer"), false));
+        WAIT_VERIFY(!exists(QStringLiteral("brand-footer"), false));
         evaluate(QStringLiteral("document.body.insertAdjacentHTML('beforeend',"
                                 "'<footer id=\"late\">Powered by Denser AI</footer>')"));
-        QTRY_VERIFY(!exists(QStringLiteral("late"), false));
+        WAIT_VERIFY(!exists(QStringLiteral("late"), false));
     }
 
     void showLoadsAfreshWithOneObserver()
@@ -239,7 +253,7 @@ private Q_SLOTS:
         m_controller->setLoadTimeout(300);
         QSignalSpy finished(page(), &QWebEnginePage::loadFinished);
         m_controller->show(m_server.url(QStringLiteral("/aichat/never")));
-        QTRY_VERIFY_WITH_TIMEOUT(!finished.isEmpty(), loadWaitMs);
+        QVERIFY(!finished.isEmpty() || finished.wait(loadWaitMs));
         m_controller->setLoadTimeout(AssistantWindowController::defaultLoadTimeoutMs);
         QCOMPARE(m_server.requestCount(QStringLiteral("/aichat/never")), 1);
         QCOMPARE(finished.last().at(0).toBool(), false);
@@ -255,10 +269,10 @@ private Q_SLOTS:
 
         // The width is fixed; the height stays within its limits.
         panel->resize(800, 1500);
-        QTRY_COMPARE(panel->size(), QSize(500, 1200));
+        WAIT_COMPARE(panel->size(), QSize(500, 1200));
         panel->resize(500, 600);
         panel->move(10, 10);
-        QTRY_COMPARE(panel->pos(), QPoint(10, 10));
+        WAIT_COMPARE(panel->pos(), QPoint(10, 10));
         QVERIFY(showAndWait(m_server.url(QStringLiteral("/aichat"))));
         QCOMPARE(panel->pos(), QPoint(10, 10));
 
@@ -267,22 +281,22 @@ private Q_SLOTS:
         m_controller->setHiddenPageReleaseDelay(0);
         QVERIFY(QTest::qWaitForWindowActive(panel));
         QTest::keyClick(m_controller->webView()->focusProxy(), Qt::Key_W, Qt::ControlModifier);
-        QTRY_VERIFY(!panel->isVisible());
-        QTRY_COMPARE(page()->lifecycleState(), QWebEnginePage::LifecycleState::Discarded);
+        WAIT_VERIFY(!panel->isVisible());
+        WAIT_COMPARE(page()->lifecycleState(), QWebEnginePage::LifecycleState::Discarded);
         m_controller->setHiddenPageReleaseDelay(
             AssistantWindowController::defaultHiddenPageReleaseDelayMs);
         QCOMPARE(m_controller->panel(), panel);
         QVERIFY(showAndWait(m_server.url(QStringLiteral("/aichat"))));
         QVERIFY(panel->isVisible());
         QVERIFY((panel->geometry().center() - centre).manhattanLength() <= 2);
-        QTRY_VERIFY(!exists(QStringLiteral("frame-footer"), true));
+        WAIT_VERIFY(!exists(QStringLiteral("frame-footer"), true));
     }
 
     void rightClickOpensNoMenu()
     {
         QWidget *surface = m_controller->webView()->focusProxy();
         QTest::mouseClick(surface, Qt::RightButton, {}, QPoint(100, 100));
-        QTest::qWait(settleMs);
+        EventLoopWait::runFor(settleMs);
         const QWidgetList windows = QApplication::topLevelWidgets();
         QVERIFY(std::none_of(windows.cbegin(), windows.cend(), [](QWidget *w) {
             return qobject_cast<QMenu *>(w) && w->isVisible();
@@ -298,7 +312,7 @@ private Q_SLOTS:
             const qint64 pid = page()->renderProcessPid();
             QVERIFY(pid > 0);
             QCOMPARE(::kill(pid_t(pid), SIGKILL), 0);
-            QTRY_VERIFY_WITH_TIMEOUT(m_controller->isShowingNotice(), loadWaitMs);
+            WAIT_VERIFY(m_controller->isShowingNotice());
             QVERIFY(m_controller->panel()->isVisible());
 
             QVERIFY(showAndWait(m_server.url(QStringLiteral("/aichat"))));
@@ -317,7 +331,7 @@ private Q_SLOTS:
         QVERIFY(!showAndWait(QUrl(QStringLiteral("http://127.0.0.1:%1/aichat").arg(port))));
         QVERIFY(!m_controller->isShowingNotice());
         QCOMPARE(LogLines::all().size(), 0);
-        QTest::qWait(settleMs); // the engine's error page
+        EventLoopWait::runFor(settleMs); // the engine's error page
         saveScreenshot(m_controller->panel()->grab().toImage(), "assistant-load-failed.png");
     }
 
@@ -348,7 +362,7 @@ private:
     {
         QSignalSpy finished(page(), &QWebEnginePage::loadFinished);
         m_controller->show(url);
-        if (!QTest::qWaitFor([&] { return !finished.isEmpty(); }, loadWaitMs))
+        if (finished.isEmpty() && !finished.wait(loadWaitMs))
             return false;
         return finished.last().at(0).toBool();
     }
@@ -357,7 +371,7 @@ private:
     {
         auto result = std::make_shared<std::optional<QVariant>>();
         page()->runJavaScript(script, world, [result](const QVariant &value) { *result = value; });
-        (void)QTest::qWaitFor([&] { return result->has_value(); }, loadWaitMs);
+        (void)EventLoopWait::until([&] { return result->has_value(); }, loadWaitMs);
         return result->value_or(QVariant());
     }
 
