@@ -404,8 +404,7 @@ private:
     {
         const QString folder = qEnvironmentVariable("TELVANE_SCREENSHOT_DIR");
         if (!folder.isEmpty())
-            QVERIFY(image.convertToFormat(QImage::Format_Indexed8, Qt::ThresholdDither)
-                        .save(QDir(folder).filePath(QLatin1String(name)), "PNG", 0));
+            QVERIFY(image.save(QDir(folder).filePath(QLatin1String(name)), "PNG", 0));
     }
 
     LocalWebServer m_server;
