@@ -15,6 +15,13 @@ if [ -z "${DISPLAY:-}" ] && [ -z "${WAYLAND_DISPLAY:-}" ]; then
     exit 1
 fi
 
+# The assistant panel's web engine cannot start its sandbox as root; there (and only there) it
+# runs without it and without the GPU.
+if [ "$(id -u)" -eq 0 ]; then
+    export QTWEBENGINE_DISABLE_SANDBOX=1
+    export QTWEBENGINE_CHROMIUM_FLAGS="${QTWEBENGINE_CHROMIUM_FLAGS:+$QTWEBENGINE_CHROMIUM_FLAGS }--disable-gpu"
+fi
+
 # The local agent keeps its identity and a generated password between runs.
 port=${TELVANE_LOCAL_AGENT_PORT:-5905}
 state="${XDG_DATA_HOME:-$HOME/.local/share}/Quorvel/local-agent"

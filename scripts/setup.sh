@@ -9,6 +9,7 @@ packages=(
   cmake ninja-build g++ pkg-config ccache clang-14 libclang-rt-14-dev clang-format git
   # libraries
   qt6-base-dev qt6-base-dev-tools qt6-qpa-plugins qt6-svg-dev libqt6opengl6-dev libgl-dev
+  qt6-webengine-dev
   libssl-dev libturbojpeg0-dev libjpeg62-turbo-dev libavahi-client-dev libpam0g-dev
   libxcb1-dev libxcb-shm0-dev libxcb-xtest0-dev libxcb-damage0-dev libxcb-randr0-dev
   libxcb-xfixes0-dev

@@ -36,6 +36,9 @@ int main(int argc, char *argv[])
     if (options.action == ConsoleOptions::Action::exit)
         return options.finish();
 
+    // The assistant panel's web view shares the GUI's OpenGL contexts; it must be set before
+    // the application object exists.
+    QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
     QApplication app(argc, argv);
     QApplication::setOrganizationName(QLatin1String(AppIdentity::organizationName));
     QApplication::setApplicationName(QLatin1String(AppIdentity::applicationName));

@@ -27,7 +27,8 @@ import tempfile
 # External libraries by the names the table uses; a name's own dependencies are its own
 # business and are not walked.
 EXTERNAL_LINKS = [
-    (re.compile(r"^Qt6::(Core|Gui|Widgets|Network|Test|Concurrent)$"), None),
+    (re.compile(r"^Qt6::(Core|Gui|Widgets|Network|Test|Concurrent|WebEngine(Core|Widgets))$"),
+     None),
     (re.compile(r"^OpenSSL::"), "OpenSSL"),
     (re.compile(r"^PkgConfig::TURBOJPEG$|libturbojpeg"), "TurboJPEG"),
     (re.compile(r"^PkgConfig::AVAHI_CLIENT$|libavahi-"), "Avahi"),
@@ -36,7 +37,8 @@ EXTERNAL_LINKS = [
     (re.compile(r"^nlohmann_json::"), "nlohmann_json"),
 ]
 # Build machinery every Qt target reaches; never a layer question.
-ALWAYS_ALLOWED_LINKS = {"Qt6::moc", "Qt6::rcc", "Qt6::Platform", "Threads::Threads", "WrapAtomic::WrapAtomic"}
+ALWAYS_ALLOWED_LINKS = {"Qt6::moc", "Qt6::rcc", "Qt6::Platform", "Threads::Threads",
+                        "WrapAtomic::WrapAtomic"}
 
 EXTERNAL_HEADERS = [
     (re.compile(r"/qt6/QtCore/"), "Qt6::Core"),
@@ -45,6 +47,8 @@ EXTERNAL_HEADERS = [
     (re.compile(r"/qt6/QtNetwork/"), "Qt6::Network"),
     (re.compile(r"/qt6/QtTest/"), "Qt6::Test"),
     (re.compile(r"/qt6/QtConcurrent/"), "Qt6::Concurrent"),
+    (re.compile(r"/qt6/QtWebEngineCore/"), "Qt6::WebEngineCore"),
+    (re.compile(r"/qt6/QtWebEngineWidgets/"), "Qt6::WebEngineWidgets"),
     (re.compile(r"/turbojpeg\.h$"), "TurboJPEG"),
     (re.compile(r"/include/openssl/"), "OpenSSL"),
     (re.compile(r"/include/avahi-"), "Avahi"),
@@ -59,6 +63,9 @@ IMPLIED = {
     "Qt6::Widgets": {"Qt6::Gui", "Qt6::Core"},
     "Qt6::Test": {"Qt6::Core"},
     "Qt6::Concurrent": {"Qt6::Core"},
+    "Qt6::WebEngineCore": {"Qt6::Network", "Qt6::Gui", "Qt6::Core"},
+    "Qt6::WebEngineWidgets": {"Qt6::WebEngineCore", "Qt6::Widgets", "Qt6::Network", "Qt6::Gui",
+                              "Qt6::Core"},
 }
 
 
