@@ -4,7 +4,7 @@
 #include "AgentProcess.h"
 #include "LogLines.h"
 #include "XvfbServer.h"
-#include "remotecontrol/ElidedLabel.h"
+#include "ui/ElidedLabel.h"
 #include "remotecontrol/FrameRateSlider.h"
 #include "remotecontrol/RemoteControlViewController.h"
 #include "remotecontrol/RemoteControlWindow.h"

@@ -5,7 +5,7 @@
 #include "SessionHarness.h"
 #include "platform/NotificationHub.h"
 #include "platform/SettingsFiles.h"
-#include "remotecontrol/ElidedLabel.h"
+#include "ui/ElidedLabel.h"
 #include "remotecontrol/FrameRateSlider.h"
 #include "remotecontrol/RemoteControlView.h"
 #include "remotecontrol/RemoteControlViewController.h"
