@@ -1,6 +1,7 @@
 #include "CompositingManagerCheck.h"
 
 #include <QGuiApplication>
+#include <QPointer>
 #include <cstdlib>
 
 #ifdef TELVANE_HAVE_XCB
@@ -110,9 +111,10 @@ void CompositingManagerCheck::poll()
 void CompositingManagerCheck::finish(const QString &whyNot)
 {
     m_poll.stop();
-    if (m_answer) {
-        const Answer answer = std::exchange(m_answer, {});
+    // The answer may end the context, and this check with it.
+    const QPointer<CompositingManagerCheck> self(this);
+    if (const Answer answer = std::exchange(m_answer, {}))
         answer(whyNot);
-    }
-    deleteLater();
+    if (self)
+        deleteLater();
 }
