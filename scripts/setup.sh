@@ -17,6 +17,8 @@ packages=(
   # running the console, the agent and the tests
   xvfb xauth x11-utils fonts-dejavu-core openssl avahi-daemon avahi-utils dbus iproute2
   util-linux procps psmisc x11vnc xdotool python3
+  # a compositing manager under Xvfb: the launch overlay test and its screenshots
+  xcompmgr
   # making the screenshots of docs/screenshots small
   pngquant
 )

@@ -66,6 +66,8 @@ std::optional<QUrl> formAddress(const QString &base, const QString &path, const 
         return fail(QStringLiteral("it has no host"));
     if (!url.userInfo().isEmpty() || url.hasQuery() || url.hasFragment())
         return fail(QStringLiteral("it has more than a scheme, a host and a port"));
+    if (url.port() == 0)
+        return fail(QStringLiteral("port 0 cannot be reached"));
     if (!url.path().isEmpty() && url.path() != QLatin1String("/"))
         return fail(QStringLiteral("it has a path"));
     if (!path.isEmpty() && !path.startsWith(QLatin1Char('/')))

@@ -27,12 +27,12 @@ import tempfile
 # External libraries by the names the table uses; a name's own dependencies are its own
 # business and are not walked.
 EXTERNAL_LINKS = [
-    (re.compile(r"^Qt6::(Core|Gui|Widgets|Network|Test|Concurrent|WebEngine(Core|Widgets))$"),
+    (re.compile(r"^Qt6::(Core|Gui|Widgets|Network|Test|Concurrent|Svg|WebEngine(Core|Widgets))$"),
      None),
     (re.compile(r"^OpenSSL::"), "OpenSSL"),
     (re.compile(r"^PkgConfig::TURBOJPEG$|libturbojpeg"), "TurboJPEG"),
     (re.compile(r"^PkgConfig::AVAHI_CLIENT$|libavahi-"), "Avahi"),
-    (re.compile(r"^PkgConfig::XCB$|libxcb"), "XCB"),
+    (re.compile(r"^PkgConfig::(CONSOLE_)?XCB$|libxcb"), "XCB"),
     (re.compile(r"libpam\.so"), "PAM"),
     (re.compile(r"^nlohmann_json::"), "nlohmann_json"),
 ]
@@ -47,6 +47,7 @@ EXTERNAL_HEADERS = [
     (re.compile(r"/qt6/QtNetwork/"), "Qt6::Network"),
     (re.compile(r"/qt6/QtTest/"), "Qt6::Test"),
     (re.compile(r"/qt6/QtConcurrent/"), "Qt6::Concurrent"),
+    (re.compile(r"/qt6/QtSvg/"), "Qt6::Svg"),
     (re.compile(r"/qt6/QtWebEngineCore/"), "Qt6::WebEngineCore"),
     (re.compile(r"/qt6/QtWebEngineWidgets/"), "Qt6::WebEngineWidgets"),
     (re.compile(r"/turbojpeg\.h$"), "TurboJPEG"),
@@ -63,6 +64,7 @@ IMPLIED = {
     "Qt6::Widgets": {"Qt6::Gui", "Qt6::Core"},
     "Qt6::Test": {"Qt6::Core"},
     "Qt6::Concurrent": {"Qt6::Core"},
+    "Qt6::Svg": {"Qt6::Gui", "Qt6::Core"},
     "Qt6::WebEngineCore": {"Qt6::Network", "Qt6::Gui", "Qt6::Core"},
     "Qt6::WebEngineWidgets": {"Qt6::WebEngineCore", "Qt6::Widgets", "Qt6::Network", "Qt6::Gui",
                               "Qt6::Core"},

@@ -52,6 +52,14 @@ private Q_SLOTS:
                                            << "/x"
                                            << ""
                                            << "";
+        QTest::newRow("port zero") << "http://127.0.0.1:0"
+                                   << "/x"
+                                   << ""
+                                   << "";
+        QTest::newRow("port not a number") << "http://127.0.0.1:80a"
+                                           << "/x"
+                                           << ""
+                                           << "";
         QTest::newRow("user info") << "https://me@h.example"
                                    << "/x"
                                    << ""
