@@ -19,6 +19,8 @@ packages=(
   util-linux procps psmisc x11vnc xdotool python3
   # making the screenshots of docs/screenshots small
   pngquant
+  # man pages, the launcher's icons, and checking the launcher and its metainfo
+  scdoc librsvg2-bin desktop-file-utils appstream
 )
 
 missing=()
