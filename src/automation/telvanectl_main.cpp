@@ -11,7 +11,9 @@
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QFileInfo>
+#include <QLocale>
 #include <QTextStream>
+#include <QTranslator>
 #include <cstdio>
 
 namespace {
@@ -227,6 +229,11 @@ int main(int argc, char *argv[])
     // The same names as the console, so both open the same stores and shared folder.
     QCoreApplication::setOrganizationName(QLatin1String(AppIdentity::organizationName));
     QCoreApplication::setApplicationName(QLatin1String(AppIdentity::applicationName));
+    // The user's language when a translation for it is built in; English otherwise.
+    QTranslator translator;
+    if (translator.load(QLocale(), QStringLiteral("telvanectl"), QStringLiteral("_"),
+                        QStringLiteral(":/i18n")))
+        QCoreApplication::installTranslator(&translator);
 
     QStringList arguments = QCoreApplication::arguments().mid(1);
     if (arguments.isEmpty())
