@@ -7,8 +7,12 @@
 #include "platform/IconTable.h"
 
 #include <QCoreApplication>
+#include <QDirIterator>
 #include <QSaveFile>
+#include <QTranslator>
 #include <cstdio>
+#include <memory>
+#include <vector>
 
 namespace {
 
@@ -21,8 +25,41 @@ QString execFor(const IntentTable::Entry &entry)
     return QStringLiteral("telvane");
 }
 
+// The built-in translations of the actions' texts, by language ("de").
+struct Translation {
+    QString language;
+    std::unique_ptr<QTranslator> translator;
+};
+
+std::vector<Translation> translations()
+{
+    std::vector<Translation> list;
+    QDirIterator files(QStringLiteral(":/i18n"), {QStringLiteral("telvanectl_*.qm")});
+    while (files.hasNext()) {
+        const QString path = files.next();
+        auto translator = std::make_unique<QTranslator>();
+        if (translator->load(path))
+            list.push_back(
+                {translator->language().section(QLatin1Char('_'), 0, 0), std::move(translator)});
+    }
+    return list;
+}
+
+// Name=, then Name[language]= for every translation that has the text.
+QString names(const char *source, const std::vector<Translation> &translations)
+{
+    QString text = QStringLiteral("Name=%1\n").arg(QString::fromUtf8(source));
+    for (const Translation &translation : translations) {
+        const QString translated = translation.translator->translate("IntentTable", source);
+        if (!translated.isEmpty())
+            text += QStringLiteral("Name[%1]=%2\n").arg(translation.language, translated);
+    }
+    return text;
+}
+
 QString desktopEntry()
 {
+    const std::vector<Translation> translated = translations();
     QString text = QStringLiteral("[Desktop Entry]\n"
                                   "Type=Application\n"
                                   "Version=1.4\n"
@@ -43,9 +80,10 @@ QString desktopEntry()
     text += QLatin1Char('\n');
     for (const IntentTable::Entry &entry : IntentTable::entries()) {
         const IconTable::Entry *icon = IconTable::find(QString::fromLatin1(entry.symbol));
-        text += QStringLiteral("\n[Desktop Action %1]\nName=%2\nIcon=%3\nExec=%4\n")
-                    .arg(QLatin1String(entry.command), QString::fromUtf8(entry.shortTitle),
-                         icon ? QLatin1String(icon->themeName) : QLatin1String("telvane"),
+        text += QStringLiteral("\n[Desktop Action %1]\n").arg(QLatin1String(entry.command)) +
+                names(entry.shortTitle, translated) +
+                QStringLiteral("Icon=%1\nExec=%2\n")
+                    .arg(icon ? QLatin1String(icon->themeName) : QLatin1String("telvane"),
                          execFor(entry));
     }
     return text;
