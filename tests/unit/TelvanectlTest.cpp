@@ -17,9 +17,15 @@ struct Run {
     QString err;
 };
 
-Run telvanectl(const QStringList &arguments)
+Run telvanectl(const QStringList &arguments, const QString &language = QStringLiteral("en"))
 {
     QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.remove("LC_ALL");
+    environment.remove("LC_MESSAGES");
+    environment.insert("LANGUAGE", language);
+    environment.insert("LANG", language == "de" ? "de_DE.UTF-8" : "C.UTF-8");
+    process.setProcessEnvironment(environment);
     process.start(QStringLiteral(TELVANECTL_PATH), arguments);
     if (!process.waitForFinished(30000) || process.exitStatus() != QProcess::NormalExit)
         qFatal("telvanectl did not finish");
@@ -108,6 +114,26 @@ private Q_SLOTS:
         QVERIFY(run.out.isEmpty());
         QVERIFY(run.err.contains("'Reboot computer in Telvane'"));
         QVERIFY(run.err.endsWith(telvanectl({"phrases"}).out));
+    }
+
+    // Translated phrases must stay apart too, and are understood beside the English ones.
+    void germanPhrases()
+    {
+        const Run run = telvanectl({"phrases"}, "de");
+        QSet<QString> seen;
+        for (const QString &line : run.out.split('\n', Qt::SkipEmptyParts)) {
+            const QString phrase = line.section('\t', 0, 0).toCaseFolded();
+            QVERIFY2(!seen.contains(phrase), qPrintable(phrase));
+            seen.insert(phrase);
+        }
+        QCOMPARE(seen.size(), 15);
+        QVERIFY(!seen.contains("connect to telvane"));
+        QCOMPARE(
+            telvanectl({"mit server verbinden in telvane", "--computer-name", "beta"}, "de").out,
+            QStringLiteral("Verbindung vorgemerkt für beta.local\n"));
+        QCOMPARE(
+            telvanectl({"Connect to server in Telvane", "--computer-name", "beta"}, "de").exitCode,
+            0);
     }
 
     void failuresGoToStderrWithNonZeroStatus()
