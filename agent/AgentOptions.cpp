@@ -9,52 +9,47 @@
 bool AgentOptions::parse(const QStringList &arguments, QString *error)
 {
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral(
+    parser.setApplicationDescription(tr(
         "Telvane agent: serves statistics, the screen, input and uploads to the Telvane console."));
     const QCommandLineOption helpOption({QStringLiteral("h"), QStringLiteral("help")},
-                                        QStringLiteral("Show this help and exit."));
+                                        tr("Show this help and exit."));
     const QCommandLineOption portOption(
-        QStringLiteral("port"),
-        QStringLiteral("TCP port to listen on (default 5905; 0 picks a free one)."),
+        QStringLiteral("port"), tr("TCP port to listen on (default 5905; 0 picks a free one)."),
         QStringLiteral("port"), QStringLiteral("5905"));
     const QCommandLineOption bindOption(QStringLiteral("bind"),
-                                        QStringLiteral("Address to listen on (default: all)."),
+                                        tr("Address to listen on (default: all)."),
                                         QStringLiteral("address"));
     const QCommandLineOption configOption(
         QStringLiteral("config-dir"),
-        QStringLiteral("Folder of the agent identity (default %1).").arg(defaultConfigDir()),
+        tr("Folder of the agent identity (default %1).").arg(defaultConfigDir()),
         QStringLiteral("dir"));
-    const QCommandLineOption uploadsOption(
-        QStringLiteral("uploads-dir"),
-        QStringLiteral("Folder for received files (default ~/Downloads)."), QStringLiteral("dir"));
-    const QCommandLineOption intervalOption(
-        QStringLiteral("stats-interval"),
-        QStringLiteral("Seconds between statistics reports (default 5)."),
-        QStringLiteral("seconds"), QStringLiteral("5"));
+    const QCommandLineOption uploadsOption(QStringLiteral("uploads-dir"),
+                                           tr("Folder for received files (default ~/Downloads)."),
+                                           QStringLiteral("dir"));
+    const QCommandLineOption intervalOption(QStringLiteral("stats-interval"),
+                                            tr("Seconds between statistics reports (default 5)."),
+                                            QStringLiteral("seconds"), QStringLiteral("5"));
     const QCommandLineOption simulateOption(
         QStringLiteral("simulate"),
-        QStringLiteral("Serve simulated statistics and an animated test screen; no X11 needed."));
-    const QCommandLineOption fleetOption(
-        QStringLiteral("fleet"), QStringLiteral("Run N simulated agents on consecutive ports."),
-        QStringLiteral("N"), QStringLiteral("1"));
+        tr("Serve simulated statistics and an animated test screen; no X11 needed."));
+    const QCommandLineOption fleetOption(QStringLiteral("fleet"),
+                                         tr("Run N simulated agents on consecutive ports."),
+                                         QStringLiteral("N"), QStringLiteral("1"));
     const QCommandLineOption fingerprintOption(
         QStringLiteral("fingerprint"),
-        QStringLiteral("Print the fingerprint of the identity in the config folder and exit; "
-                       "never creates one."));
+        tr("Print the fingerprint of the identity in the config folder and exit; "
+           "never creates one."));
     const QCommandLineOption authOption(
-        QStringLiteral("auth"),
-        QStringLiteral("Authentication: pam (the account the agent runs as) or file."),
+        QStringLiteral("auth"), tr("Authentication: pam (the account the agent runs as) or file."),
         QStringLiteral("pam|file"));
     const QCommandLineOption credentialsOption(
         QStringLiteral("credentials-file"),
-        QStringLiteral("Credentials file of --auth file (default <config-dir>/credentials)."),
+        tr("Credentials file of --auth file (default <config-dir>/credentials)."),
         QStringLiteral("file"));
     const QCommandLineOption setPasswordOption(
-        QStringLiteral("set-password"),
-        QStringLiteral("Set a password in the credentials file and exit."));
+        QStringLiteral("set-password"), tr("Set a password in the credentials file and exit."));
     const QCommandLineOption userOption(
-        QStringLiteral("user"),
-        QStringLiteral("User name for --set-password (default: the current account)."),
+        QStringLiteral("user"), tr("User name for --set-password (default: the current account)."),
         QStringLiteral("name"));
     parser.addOptions({helpOption, portOption, bindOption, configOption, uploadsOption,
                        intervalOption, simulateOption, fleetOption, fingerprintOption, authOption,
@@ -66,8 +61,7 @@ bool AgentOptions::parse(const QStringList &arguments, QString *error)
         return false;
     }
     if (!parser.positionalArguments().isEmpty()) {
-        *error =
-            QStringLiteral("Unexpected argument: %1").arg(parser.positionalArguments().first());
+        *error = tr("Unexpected argument: %1").arg(parser.positionalArguments().first());
         return false;
     }
     if (parser.isSet(helpOption)) {
@@ -78,41 +72,40 @@ bool AgentOptions::parse(const QStringList &arguments, QString *error)
     bool ok = false;
     const uint portValue = parser.value(portOption).toUInt(&ok);
     if (!ok || portValue > 65535) {
-        *error = QStringLiteral("Invalid --port: %1").arg(parser.value(portOption));
+        *error = tr("Invalid --port: %1").arg(parser.value(portOption));
         return false;
     }
     port = quint16(portValue);
     if (parser.isSet(bindOption) && !bindAddress.setAddress(parser.value(bindOption))) {
-        *error = QStringLiteral("Invalid --bind address: %1").arg(parser.value(bindOption));
+        *error = tr("Invalid --bind address: %1").arg(parser.value(bindOption));
         return false;
     }
     statsIntervalSeconds = parser.value(intervalOption).toDouble(&ok);
     if (!ok || !std::isfinite(statsIntervalSeconds) || statsIntervalSeconds < 0.1 ||
         statsIntervalSeconds > 86400) {
-        *error = QStringLiteral("Invalid --stats-interval (0.1 to 86400 seconds): %1")
+        *error = tr("Invalid --stats-interval (0.1 to 86400 seconds): %1")
                      .arg(parser.value(intervalOption));
         return false;
     }
     fleet = parser.value(fleetOption).toInt(&ok);
     if (!ok || fleet < 1 || fleet > 1000) {
-        *error = QStringLiteral("Invalid --fleet (1 to 1000): %1").arg(parser.value(fleetOption));
+        *error = tr("Invalid --fleet (1 to 1000): %1").arg(parser.value(fleetOption));
         return false;
     }
     simulate = parser.isSet(simulateOption) || fleet > 1;
     if (fleet > 1 && (port == 0 || int(port) + fleet - 1 > 65535)) {
-        *error =
-            QStringLiteral("--fleet %1 needs %1 consecutive ports from a fixed --port").arg(fleet);
+        *error = tr("--fleet %1 needs %1 consecutive ports from a fixed --port").arg(fleet);
         return false;
     }
 
     configDir = parser.isSet(configOption) ? parser.value(configOption) : defaultConfigDir();
     if (configDir.isEmpty()) {
-        *error = QStringLiteral("Invalid --config-dir");
+        *error = tr("Invalid --config-dir");
         return false;
     }
     uploadsDir = parser.value(uploadsOption);
     if (parser.isSet(uploadsOption) && uploadsDir.isEmpty()) {
-        *error = QStringLiteral("Invalid --uploads-dir");
+        *error = tr("Invalid --uploads-dir");
         return false;
     }
     credentialsFile = parser.value(credentialsOption);
@@ -123,7 +116,7 @@ bool AgentOptions::parse(const QStringList &arguments, QString *error)
         else if (value == QLatin1String("file"))
             auth = Auth::file;
         else {
-            *error = QStringLiteral("Invalid --auth (pam or file): %1").arg(value);
+            *error = tr("Invalid --auth (pam or file): %1").arg(value);
             return false;
         }
     } else if (parser.isSet(credentialsOption)) {

@@ -1,11 +1,14 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QHostAddress>
 #include <QString>
 #include <QStringList>
 
 // The validated command line of telvane-agent.
 class AgentOptions {
+    Q_DECLARE_TR_FUNCTIONS(AgentOptions)
+
 public:
     enum class Auth { pam, file };
     enum class Action { serve, help, fingerprint, setPassword };

@@ -11,7 +11,9 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QLocale>
 #include <QTimer>
+#include <QTranslator>
 
 #include <csignal>
 #include <cstdio>
@@ -66,6 +68,11 @@ int main(int argc, char *argv[])
     QCoreApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("telvane-agent"));
     QCoreApplication::setApplicationVersion(QStringLiteral(TELVANE_AGENT_VERSION));
+    // The user's language when a translation for it is built in; English otherwise.
+    QTranslator translator;
+    if (translator.load(QLocale(), QStringLiteral("telvane-agent"), QStringLiteral("_"),
+                        QStringLiteral(":/i18n")))
+        QCoreApplication::installTranslator(&translator);
     // A write past a file-size limit must fail the upload, not kill the agent.
     std::signal(SIGXFSZ, SIG_IGN);
     std::signal(SIGPIPE, SIG_IGN);

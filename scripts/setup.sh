@@ -21,6 +21,10 @@ packages=(
   xcompmgr
   # making the screenshots of docs/screenshots small
   pngquant
+  # man pages, the launcher's icons, and checking the launcher and its metainfo
+  scdoc librsvg2-bin desktop-file-utils appstream
+  # lrelease, for the translations
+  qt6-l10n-tools
 )
 
 missing=()

@@ -5,16 +5,6 @@
 
 #include <QCoreApplication>
 
-IntentDescription ConnectToComputerIntent::description()
-{
-    return IntentDescription{
-        QCoreApplication::translate("ConnectToComputerIntent", "Connect to Remote Computer"),
-        QCoreApplication::translate("ConnectToComputerIntent", "The remote computer to connect to"),
-        QCoreApplication::translate("ConnectToComputerIntent",
-                                    "Name of the computer to connect to"),
-        {}};
-}
-
 IntentResult ConnectToComputerIntent::perform(SharedAppState &state,
                                               const IntentParameters &parameters)
 {

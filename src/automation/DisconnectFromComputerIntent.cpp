@@ -5,17 +5,6 @@
 
 #include <QCoreApplication>
 
-IntentDescription DisconnectFromComputerIntent::description()
-{
-    return IntentDescription{QCoreApplication::translate("DisconnectFromComputerIntent",
-                                                         "Disconnect from Remote Computer"),
-                             QCoreApplication::translate("DisconnectFromComputerIntent",
-                                                         "The remote computer to disconnect from"),
-                             QCoreApplication::translate("DisconnectFromComputerIntent",
-                                                         "Name of the computer to disconnect from"),
-                             {}};
-}
-
 IntentResult DisconnectFromComputerIntent::perform(SharedAppState &state,
                                                    const IntentParameters &parameters)
 {

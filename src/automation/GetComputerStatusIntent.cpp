@@ -7,15 +7,6 @@
 #include <QCoreApplication>
 #include <QStringList>
 
-IntentDescription GetComputerStatusIntent::description()
-{
-    return IntentDescription{
-        QCoreApplication::translate("GetComputerStatusIntent", "Get Computer Status"),
-        QCoreApplication::translate("GetComputerStatusIntent", "The computer to check status for"),
-        QCoreApplication::translate("GetComputerStatusIntent", "Name of the computer to check"),
-        {}};
-}
-
 IntentResult GetComputerStatusIntent::perform(SharedAppState &state,
                                               const IntentParameters &parameters)
 {

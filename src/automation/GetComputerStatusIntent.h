@@ -1,6 +1,5 @@
 #pragma once
 
-#include "IntentDescription.h"
 #include "IntentParameters.h"
 #include "IntentResult.h"
 
@@ -9,6 +8,5 @@ class SharedAppState;
 // Reports what the automation side can know without the console: nothing is queued.
 class GetComputerStatusIntent {
 public:
-    static IntentDescription description();
     static IntentResult perform(SharedAppState &state, const IntentParameters &parameters);
 };

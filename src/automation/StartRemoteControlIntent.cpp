@@ -5,16 +5,6 @@
 
 #include <QCoreApplication>
 
-IntentDescription StartRemoteControlIntent::description()
-{
-    return IntentDescription{
-        QCoreApplication::translate("StartRemoteControlIntent", "Start Remote Control"),
-        QCoreApplication::translate("StartRemoteControlIntent",
-                                    "The computer to start remote controlling"),
-        QCoreApplication::translate("StartRemoteControlIntent", "Name of the computer to control"),
-        {}};
-}
-
 IntentResult StartRemoteControlIntent::perform(SharedAppState &state,
                                                const IntentParameters &parameters)
 {

@@ -6,15 +6,6 @@
 
 #include <QCoreApplication>
 
-IntentDescription UploadFileIntent::description()
-{
-    return IntentDescription{
-        QCoreApplication::translate("UploadFileIntent", "Upload File"),
-        QCoreApplication::translate("UploadFileIntent", "The computer to upload the file to"),
-        QCoreApplication::translate("UploadFileIntent", "Name of the computer to upload to"),
-        QCoreApplication::translate("UploadFileIntent", "The file to upload")};
-}
-
 IntentResult UploadFileIntent::perform(SharedAppState &state, const IntentParameters &parameters)
 {
     // The file is checked before the computer is looked up.

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "IntentDescription.h"
 #include "IntentParameters.h"
 #include "IntentResult.h"
 
@@ -9,6 +8,5 @@ class SharedAppState;
 // Stages a copy of the file and queues its upload; the console sends it later.
 class UploadFileIntent {
 public:
-    static IntentDescription description();
     static IntentResult perform(SharedAppState &state, const IntentParameters &parameters);
 };

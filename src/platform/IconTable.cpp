@@ -51,6 +51,11 @@ constexpr IconTable::Entry table[] = {
     {"arrow.clockwise", "view-refresh", FALLBACK("refresh")},
     // Navigation.
     {"house", "go-home", FALLBACK("house")},
+    // Automation actions, also the desktop launcher's actions.
+    {"desktopcomputer.and.arrow.down", "network-offline", FALLBACK("desktop-arrow-down")},
+    {"cursorarrow.click.badge.clock", "media-playback-stop", FALLBACK("cursor-click-clock")},
+    {"info.circle", "dialog-information", FALLBACK("info-circle")},
+    {"arrow.up.doc", "document-send", FALLBACK("arrow-up-doc")},
 };
 
 #undef FALLBACK
