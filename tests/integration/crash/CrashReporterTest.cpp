@@ -1,0 +1,175 @@
+// A child process installs the crash reporter with the web host pointed at a local
+// collector, then fails in each way the reporter must survive: it dies by the expected
+// signal within the bounds, the collector gets exactly one request per report with the
+// exact multipart body, and nothing is written to the child's folders.
+
+#include "CrashCollector.h"
+
+#include <QDir>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QtTest>
+#include <csignal>
+
+namespace {
+
+QStringList filesBelow(const QString &folder)
+{
+    QStringList files;
+    QDirIterator it(folder, QDir::Files | QDir::Hidden | QDir::System,
+                    QDirIterator::Subdirectories);
+    while (it.hasNext())
+        files << it.next();
+    return files;
+}
+
+} // namespace
+
+class CrashReporterTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void reportsAndDies_data()
+    {
+        QTest::addColumn<QString>("scenario");
+        QTest::addColumn<int>("answer");
+        QTest::addColumn<bool>("missingHelper");
+        QTest::addColumn<int>("signalNumber");
+        QTest::addColumn<int>("deathWithinMs");
+        QTest::addColumn<QList<QByteArray>>("details"); // one per report, in order
+        QTest::addColumn<QString>("frame");             // a function the frames must name
+
+        const QByteArray segv = "Signal Type: SIGSEGV (Segmentation Violation)\n\nCall Stack:\n";
+        const QByteArray abrt = "Signal Type: SIGABRT (Abort)\n\nCall Stack:\n";
+        const int ok = int(CrashCollector::Answer::ok);
+        const int never = int(CrashCollector::Answer::never);
+        const int error500 = int(CrashCollector::Answer::serverError);
+        QTest::newRow("null dereference") << "null" << ok << false << SIGSEGV << 2000
+                                          << QList<QByteArray>{segv} << "writeThroughNull";
+        QTest::newRow("abort, server answers 500")
+            << "abort" << error500 << false << SIGABRT << 2000 << QList<QByteArray>{abrt} << "main";
+        QTest::newRow("uncaught exception: two reports")
+            << "exception" << ok << false << SIGABRT << 3000
+            << QList<QByteArray>{"Exception Type: std::runtime_error\nException Reason: the disk "
+                                 "is on fire\n\nCall Stack:\n",
+                                 abrt}
+            << "main";
+        QTest::newRow("stack overflow on the main thread")
+            << "overflow" << ok << false << SIGSEGV << 2000 << QList<QByteArray>{segv}
+            << "recurseForever";
+        QTest::newRow("fault on a worker, server never answers")
+            << "worker" << never << false << SIGSEGV << 2000 << QList<QByteArray>{segv}
+            << "writeThroughNull";
+        QTest::newRow("two threads at once: one report")
+            << "two-threads" << ok << false << SIGSEGV << 2000 << QList<QByteArray>{segv}
+            << "writeThroughNull";
+        QTest::newRow("fault inside the handler: the new signal, no report")
+            << "fault-in-handler" << ok << false << SIGSEGV << 2000 << QList<QByteArray>{} << "";
+        QTest::newRow("helper that cannot start")
+            << "null" << ok << true << SIGSEGV << 2000 << QList<QByteArray>{} << "";
+    }
+
+    void reportsAndDies()
+    {
+        QFETCH(QString, scenario);
+        QFETCH(int, answer);
+        QFETCH(bool, missingHelper);
+        QFETCH(int, signalNumber);
+        QFETCH(int, deathWithinMs);
+        QFETCH(QList<QByteArray>, details);
+        QFETCH(QString, frame);
+
+        CrashCollector collector{CrashCollector::Answer(answer)};
+        QVERIFY(collector.listen());
+        QTemporaryDir root;
+        QVERIFY(root.isValid());
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        for (const char *name : {"DISPLAY", "WAYLAND_DISPLAY"})
+            environment.remove(QLatin1String(name));
+        environment.insert("QT_QPA_PLATFORM", "offscreen");
+        environment.insert("TELVANE_WEB_HOST", collector.base());
+        environment.insert("TELVANE_SUPPORT_EMAIL", "help@example.test");
+        const QStringList watched = {"home", "config", "tmp", "data", "cache"};
+        for (const QString &folder : watched)
+            QVERIFY(QDir(root.path()).mkpath(folder));
+        environment.insert("HOME", root.filePath("home"));
+        environment.insert("XDG_CONFIG_HOME", root.filePath("config"));
+        environment.insert("XDG_DATA_HOME", root.filePath("data"));
+        environment.insert("XDG_CACHE_HOME", root.filePath("cache"));
+        environment.insert("TMPDIR", root.filePath("tmp"));
+
+        QProcess child;
+        child.setProcessEnvironment(environment);
+        child.setWorkingDirectory(root.path());
+        QStringList arguments{scenario};
+        if (missingHelper)
+            arguments << root.filePath("no-such-helper");
+        qint64 diedNs = 0;
+        connect(&child, &QProcess::finished, this, [&] { diedNs = monotonicNs(); });
+        child.start(QStringLiteral(CRASH_CHILD_PATH), arguments);
+        QVERIFY(child.waitForStarted());
+        // Generous: the machine is shared; the bounds are checked against the fault time.
+        QTRY_VERIFY_WITH_TIMEOUT(diedNs != 0, 20000);
+        // The helper may still be writing; its texts come before its byte to the child.
+        QTRY_VERIFY_WITH_TIMEOUT(collector.requests().size() >= details.size(), 5000);
+        QTest::qWait(300); // any request that should not come
+        const QByteArray out = child.readAllStandardOutput();
+        const QByteArray err = child.readAllStandardError();
+
+        QCOMPARE(child.exitStatus(), QProcess::CrashExit);
+        QCOMPARE(child.exitCode(), signalNumber);
+        const qint64 faultNs = out.left(out.indexOf('\n')).toLongLong();
+        QVERIFY2(faultNs > 0, out.constData());
+        const qint64 tookMs = (diedNs - faultNs) / 1000000;
+        QVERIFY2(tookMs < deathWithinMs, qPrintable(QStringLiteral("%1 ms").arg(tookMs)));
+
+        QCOMPARE(collector.requests().size(), details.size());
+        for (qsizetype i = 0; i < details.size(); ++i) {
+            const CrashCollector::Request &request = collector.requests().at(i);
+            QCOMPARE(request.method, QByteArray("POST"));
+            QCOMPARE(request.path, QByteArray("/crash_reports/index.php"));
+            QCOMPARE(request.headers.value("user-agent"), QByteArray("Telvane-9.8.7"));
+            const QByteArray contentType = request.headers.value("content-type");
+            const QByteArray prefix = "multipart/form-data; boundary=";
+            QVERIFY2(contentType.startsWith(prefix), contentType.constData());
+            const QByteArray boundary = contentType.mid(prefix.size());
+            QVERIFY(QRegularExpression("^[0-9a-f]{8}(-[0-9a-f]{4}){3}-[0-9a-f]{12}$")
+                        .match(QString::fromLatin1(boundary))
+                        .hasMatch());
+            const QByteArray head =
+                "--" + boundary + "\r\nContent-Disposition: form-data; name=\"crashlog\"\r\n\r\n";
+            const QByteArray tail = "\r\n--" + boundary + "--\r\n";
+            QVERIFY(request.body.startsWith(head));
+            QVERIFY(request.body.endsWith(tail));
+            const QByteArray report =
+                request.body.mid(head.size(), request.body.size() - head.size() - tail.size());
+
+            const QRegularExpression header(
+                "^Crash Report\n============\nApp: Telvane\nVersion: 9.8.7\nmacOS Version: "
+                "[^\n]+ Linux [^\n]+\nTimestamp: "
+                "\\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\dZ\n\n");
+            const QRegularExpressionMatch match = header.match(QString::fromUtf8(report));
+            QVERIFY2(match.hasMatch(), report.left(300).constData());
+            const QByteArray rest = report.mid(match.capturedLength());
+            QVERIFY2(rest.startsWith(details.at(i)), rest.left(300).constData());
+            const QList<QByteArray> frames = rest.mid(details.at(i).size()).split('\n');
+            QVERIFY(frames.size() >= 3 && frames.size() <= 128);
+            for (const QByteArray &line : frames)
+                QVERIFY2(line.endsWith(']') && line.contains("[0x"), line.constData());
+            QVERIFY2(rest.contains(frame.toLatin1()), rest.constData());
+        }
+
+        if (!details.isEmpty())
+            QVERIFY2(err.contains("Application Error\n\nThe application encountered an "
+                                  "unexpected error.") &&
+                         err.contains("Send an email to help@example.test to be notified asap."),
+                     err.constData());
+        for (const QString &folder : watched)
+            QVERIFY2(filesBelow(root.filePath(folder)).isEmpty(),
+                     qPrintable(filesBelow(root.filePath(folder)).join(' ')));
+    }
+};
+
+QTEST_GUILESS_MAIN(CrashReporterTest)
+#include "CrashReporterTest.moc"
