@@ -34,7 +34,7 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("scenario");
         QTest::addColumn<int>("answer");
-        QTest::addColumn<bool>("missingHelper");
+        QTest::addColumn<QString>("helper"); // none: the child itself, as the console
         QTest::addColumn<int>("signalNumber");
         QTest::addColumn<int>("deathWithinMs");
         QTest::addColumn<QList<QByteArray>>("details"); // one per report, in order
@@ -45,36 +45,39 @@ private Q_SLOTS:
         const int ok = int(CrashCollector::Answer::ok);
         const int never = int(CrashCollector::Answer::never);
         const int error500 = int(CrashCollector::Answer::serverError);
-        QTest::newRow("null dereference") << "null" << ok << false << SIGSEGV << 2000
+        QTest::newRow("null dereference") << "null" << ok << "" << SIGSEGV << 2000
                                           << QList<QByteArray>{segv} << "writeThroughNull";
         QTest::newRow("abort, server answers 500")
-            << "abort" << error500 << false << SIGABRT << 2000 << QList<QByteArray>{abrt} << "main";
+            << "abort" << error500 << "" << SIGABRT << 2000 << QList<QByteArray>{abrt} << "(abort+";
         QTest::newRow("uncaught exception: two reports")
-            << "exception" << ok << false << SIGABRT << 3000
+            << "exception" << ok << "" << SIGABRT << 3000
             << QList<QByteArray>{"Exception Type: std::runtime_error\nException Reason: the disk "
                                  "is on fire\n\nCall Stack:\n",
                                  abrt}
-            << "main";
+            << "throwUncaught";
         QTest::newRow("stack overflow on the main thread")
-            << "overflow" << ok << false << SIGSEGV << 2000 << QList<QByteArray>{segv}
+            << "overflow" << ok << "" << SIGSEGV << 2000 << QList<QByteArray>{segv}
             << "recurseForever";
         QTest::newRow("fault on a worker, server never answers")
-            << "worker" << never << false << SIGSEGV << 2000 << QList<QByteArray>{segv}
+            << "worker" << never << "" << SIGSEGV << 2000 << QList<QByteArray>{segv}
             << "writeThroughNull";
         QTest::newRow("two threads at once: one report")
-            << "two-threads" << ok << false << SIGSEGV << 2000 << QList<QByteArray>{segv}
+            << "two-threads" << ok << "" << SIGSEGV << 2000 << QList<QByteArray>{segv}
             << "writeThroughNull";
         QTest::newRow("fault inside the handler: the new signal, no report")
-            << "fault-in-handler" << ok << false << SIGSEGV << 2000 << QList<QByteArray>{} << "";
+            << "fault-in-handler" << ok << "" << SIGSEGV << 2000 << QList<QByteArray>{} << "";
+        QTest::newRow("the console binary as the helper")
+            << "null" << ok << TELVANE_CONSOLE_BINARY << SIGSEGV << 2000 << QList<QByteArray>{segv}
+            << "writeThroughNull";
         QTest::newRow("helper that cannot start")
-            << "null" << ok << true << SIGSEGV << 2000 << QList<QByteArray>{} << "";
+            << "null" << ok << "no-such-helper" << SIGSEGV << 2000 << QList<QByteArray>{} << "";
     }
 
     void reportsAndDies()
     {
         QFETCH(QString, scenario);
         QFETCH(int, answer);
-        QFETCH(bool, missingHelper);
+        QFETCH(QString, helper);
         QFETCH(int, signalNumber);
         QFETCH(int, deathWithinMs);
         QFETCH(QList<QByteArray>, details);
@@ -103,8 +106,8 @@ private Q_SLOTS:
         child.setProcessEnvironment(environment);
         child.setWorkingDirectory(root.path());
         QStringList arguments{scenario};
-        if (missingHelper)
-            arguments << root.filePath("no-such-helper");
+        if (!helper.isEmpty())
+            arguments << QDir(root.path()).filePath(helper); // absolute paths stay
         qint64 diedNs = 0;
         connect(&child, &QProcess::finished, this, [&] { diedNs = monotonicNs(); });
         child.start(QStringLiteral(CRASH_CHILD_PATH), arguments);

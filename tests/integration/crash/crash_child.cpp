@@ -37,6 +37,11 @@ std::atomic<bool> faultInFork{false};
     return recurseForever(depth + 1) + padding[0];
 }
 
+[[gnu::noinline]] void throwUncaught()
+{
+    throw std::runtime_error("the disk is on fire");
+}
+
 [[gnu::noinline]] void crashOnWorker()
 {
     std::thread worker([] { writeThroughNull(); });
@@ -104,7 +109,7 @@ int main(int argc, char *argv[])
     else if (!std::strcmp(scenario, "abort"))
         std::abort();
     else if (!std::strcmp(scenario, "exception"))
-        throw std::runtime_error("the disk is on fire");
+        throwUncaught();
     else if (!std::strcmp(scenario, "overflow"))
         return recurseForever(0);
     else if (!std::strcmp(scenario, "worker"))
