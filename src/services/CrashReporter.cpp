@@ -163,8 +163,17 @@ void runCrashSequence(const CrashTextBuffer &text)
         sigset_t none;
         sigemptyset(&none);
         sigprocmask(SIG_SETMASK, &none, nullptr);
-        if (dup2(toHelper[0], STDIN_FILENO) >= 0 && dup2(fromHelper[1], STDOUT_FILENO) >= 0)
+        // Above 2 first: a pipe end that already is 0 or 1 (the console's own were closed)
+        // would otherwise keep its close-on-exec flag or be overwritten.
+        const int input = fcntl(toHelper[0], F_DUPFD, STDERR_FILENO + 1);
+        const int output = fcntl(fromHelper[1], F_DUPFD, STDERR_FILENO + 1);
+        if (input >= 0 && output >= 0 && dup2(input, STDIN_FILENO) >= 0 &&
+            dup2(output, STDOUT_FILENO) >= 0) {
+            // The helper must not keep the crashed console's sockets and files open while
+            // its alert shows.
+            close_range(STDERR_FILENO + 1, ~0U, 0);
             execve(prepared.helperPath, prepared.helperArgv, environ);
+        }
         _exit(127);
     }
     close(toHelper[0]);

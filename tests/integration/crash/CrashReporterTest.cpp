@@ -172,6 +172,69 @@ private Q_SLOTS:
             QVERIFY2(filesBelow(root.filePath(folder)).isEmpty(),
                      qPrintable(filesBelow(root.filePath(folder)).join(' ')));
     }
+
+    // The console as the helper, fed directly: what it does with what arrives on its input.
+    void helperProcess_data()
+    {
+        QTest::addColumn<QByteArray>("input");
+        QTest::addColumn<bool>("display");
+        QTest::addColumn<int>("exitCode");
+        QTest::addColumn<int>("requests");
+        QTest::addColumn<int>("minMs");
+        QTest::addColumn<int>("maxMs");
+        const QByteArray report = "Crash Report\n============\nApp: Telvane\nVersion: 0.1\nmacOS "
+                                  "Version: x\nTimestamp: 2024-05-01T12:34:56Z\n\nSignal Type: "
+                                  "Signal 10\n\nCall Stack:\n./telvane(main+0x1)[0x1]\n";
+        QTest::newRow("a report, no display") << report << false << 0 << 1 << 0 << 5000;
+        QTest::newRow("not a report") << QByteArray("hello\n") << false << 2 << 0 << 0 << 5000;
+        QTest::newRow("nothing") << QByteArray() << false << 2 << 0 << 0 << 5000;
+        QTest::newRow("a report with a display: the alert closes itself after 10 s")
+            << report << true << 0 << 1 << 9500 << 15000;
+    }
+
+    void helperProcess()
+    {
+        QFETCH(QByteArray, input);
+        QFETCH(bool, display);
+        QFETCH(int, exitCode);
+        QFETCH(int, requests);
+        QFETCH(int, minMs);
+        QFETCH(int, maxMs);
+
+        CrashCollector collector(CrashCollector::Answer::ok);
+        QVERIFY(collector.listen());
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.remove("WAYLAND_DISPLAY");
+        environment.remove("DISPLAY");
+        if (display) // the offscreen platform needs no server behind the name
+            environment.insert("DISPLAY", ":telvane-test");
+        environment.insert("QT_QPA_PLATFORM", "offscreen");
+        environment.insert("TELVANE_WEB_HOST", collector.base());
+        QProcess helper;
+        helper.setProcessEnvironment(environment);
+        qint64 endedNs = 0;
+        connect(&helper, &QProcess::finished, this, [&] { endedNs = monotonicNs(); });
+        const qint64 startNs = monotonicNs();
+        helper.start(QStringLiteral(TELVANE_CONSOLE_BINARY), {"--crash-report"});
+        QVERIFY(helper.waitForStarted());
+        helper.write(input);
+        helper.closeWriteChannel();
+        if (requests > 0) // sent before any alert
+            QTRY_COMPARE_WITH_TIMEOUT(collector.requests().size(), requests, 3000);
+        QTRY_VERIFY_WITH_TIMEOUT(endedNs != 0, 20000);
+        const qint64 tookMs = (endedNs - startNs) / 1000000;
+
+        QCOMPARE(helper.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(helper.exitCode(), exitCode);
+        QCOMPARE(helper.readAllStandardOutput(), QByteArray("\n")); // the byte for the console
+        const QByteArray err = helper.readAllStandardError();
+        QVERIFY2(err.contains("Application Error\n"), err.constData());
+        QVERIFY2(exitCode == 0 || err.contains("--crash-report: "), err.constData());
+        QCOMPARE(collector.requests().size(), requests);
+        if (requests > 0)
+            QVERIFY(collector.requests().first().body.contains(input.chopped(1) + "\r\n--"));
+        QVERIFY2(tookMs >= minMs && tookMs <= maxMs, qPrintable(QString::number(tookMs)));
+    }
 };
 
 QTEST_GUILESS_MAIN(CrashReporterTest)

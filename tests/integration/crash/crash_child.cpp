@@ -81,7 +81,7 @@ extern "C" pid_t _Fork() noexcept
 {
     using Fork = pid_t (*)();
     static const Fork real = reinterpret_cast<Fork>(dlsym(RTLD_NEXT, "_Fork"));
-    if (faultInFork.load())
+    if (faultInFork.exchange(false)) // once: a nested handler would then report
         writeThroughNull();
     return real();
 }
