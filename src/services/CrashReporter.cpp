@@ -34,7 +34,10 @@ struct Prepared {
 };
 
 Prepared prepared;
-char reportStorage[16384];
+// Cut so that "Call Stack:" always fits after the header and the exception's texts.
+constexpr std::size_t maxNameLength = 2048;
+constexpr std::size_t maxReasonLength = 8192;
+char reportStorage[sizeof(Prepared::header) + maxNameLength + maxReasonLength + 256];
 void *frames[CrashReporter::maxFrames];
 alignas(16) char alternateStack[128 * 1024];
 
@@ -246,7 +249,8 @@ void onTerminate()
         if (type) {
             int status = -1;
             char *demangled = abi::__cxa_demangle(type->name(), nullptr, nullptr, &status);
-            text.append(status == 0 && demangled ? demangled : type->name());
+            const char *name = status == 0 && demangled ? demangled : type->name();
+            text.append(name, strnlen(name, maxNameLength));
             std::free(demangled);
         } else {
             text.append("Unknown");
@@ -261,7 +265,11 @@ void onTerminate()
             } catch (...) {
             }
         }
-        text.append(reason && *reason ? reason : "Unknown").append("\n\nCall Stack:\n");
+        if (reason && *reason)
+            text.append(reason, strnlen(reason, maxReasonLength));
+        else
+            text.append("Unknown");
+        text.append("\n\nCall Stack:\n");
         runCrashSequence(text);
     }
     if (previousTerminate)

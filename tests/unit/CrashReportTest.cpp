@@ -96,16 +96,6 @@ TEST(CrashReport, HelperInputIsValidated)
     EXPECT_EQ(unnamed->userAgent(), "Unknown-Unknown");
 }
 
-TEST(CrashReport, MultipartBodyByteForByte)
-{
-    const std::optional<CrashReport> report = CrashReport::fromHelperInput(wellFormed());
-    ASSERT_TRUE(report);
-    const QByteArray boundary = "0f8fad5b-d9cb-469f-a165-70867728950e";
-    EXPECT_EQ(report->multipartBody(boundary),
-              "--" + boundary + "\r\nContent-Disposition: form-data; name=\"crashlog\"\r\n\r\n" +
-                  wellFormed().chopped(1) + "\r\n--" + boundary + "--\r\n");
-}
-
 void previousHandler() {}
 void otherHandler(int) {}
 

@@ -55,6 +55,12 @@ private Q_SLOTS:
                                  "is on fire\n\nCall Stack:\n",
                                  abrt}
             << "throwUncaught";
+        QTest::newRow("a huge reason is cut, the frames still follow")
+            << "huge-reason" << ok << "" << SIGABRT << 3000
+            << QList<QByteArray>{"Exception Type: std::runtime_error\nException Reason: " +
+                                     QByteArray(8192, 'x') + "\n\nCall Stack:\n",
+                                 abrt}
+            << "throwHugeReason";
         QTest::newRow("stack overflow on the main thread")
             << "overflow" << ok << "" << SIGSEGV << 2000 << QList<QByteArray>{segv}
             << "recurseForever";

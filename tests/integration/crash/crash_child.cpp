@@ -14,6 +14,7 @@
 #include <cstring>
 #include <dlfcn.h>
 #include <stdexcept>
+#include <string>
 #include <sys/resource.h>
 #include <thread>
 #include <time.h>
@@ -40,6 +41,11 @@ std::atomic<bool> faultInFork{false};
 [[gnu::noinline]] void throwUncaught()
 {
     throw std::runtime_error("the disk is on fire");
+}
+
+[[gnu::noinline]] void throwHugeReason()
+{
+    throw std::runtime_error(std::string(100000, 'x'));
 }
 
 [[gnu::noinline]] void crashOnWorker()
@@ -110,6 +116,8 @@ int main(int argc, char *argv[])
         std::abort();
     else if (!std::strcmp(scenario, "exception"))
         throwUncaught();
+    else if (!std::strcmp(scenario, "huge-reason"))
+        throwHugeReason();
     else if (!std::strcmp(scenario, "overflow"))
         return recurseForever(0);
     else if (!std::strcmp(scenario, "worker"))
