@@ -143,8 +143,10 @@ ConsoleOptions ConsoleOptions::parse(const QStringList &arguments,
         QStringLiteral("add-computer-if-empty"),
         QObject::tr("Add this computer (a JSON record) when the list is empty."),
         QStringLiteral("json"));
+    // Hidden: the console starts itself with it when it crashes (CrashReportHelper).
+    const QCommandLineOption crashReportOption(QStringLiteral("crash-report"));
     QCommandLineParser parser;
-    parser.addOptions({helpOption, versionOption, seedOption});
+    parser.addOptions({helpOption, versionOption, seedOption, crashReportOption});
 
     const Split split = withoutQtOptions(arguments);
     if (!split.missingValue.isEmpty())
@@ -152,6 +154,13 @@ ConsoleOptions ConsoleOptions::parse(const QStringList &arguments,
     if (!parser.parse(split.ours))
         return fail(usageError, parser.errorText() + QLatin1Char('\n') +
                                     QObject::tr("Try '%1 --help'.").arg(program));
+    if (parser.isSet(crashReportOption)) {
+        // The report comes on standard input, so positional arguments make no sense.
+        if (!parser.positionalArguments().isEmpty() || parser.isSet(seedOption))
+            return fail(usageError, QObject::tr("--crash-report takes no other argument."));
+        result.action = Action::crashReport;
+        return result;
+    }
     if (parser.isSet(helpOption)) {
         result.action = Action::exit;
         result.output = helpText(program, {helpOption, versionOption, seedOption});

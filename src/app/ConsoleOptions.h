@@ -13,7 +13,8 @@
 // -style, -session and the like) are skipped here and left to the application object.
 class ConsoleOptions {
 public:
-    enum class Action { run, exit };
+    // crashReport: the hidden --crash-report, run by a crashing console to report for it.
+    enum class Action { run, exit, crashReport };
 
     // Exit statuses: 0 after --help and --version, 2 for a bad command line, 1 without a
     // display.

@@ -1,5 +1,6 @@
 #include "ConsoleOptions.h"
 #include "ConsoleShutdown.h"
+#include "CrashReportHelper.h"
 #include "MainWindow.h"
 #include "discovery/BonjourDiscoveryManager.h"
 #include "discovery/avahi/AvahiDiscoveryBackend.h"
@@ -33,6 +34,9 @@ int main(int argc, char *argv[])
     // Before the application object: --help needs no display, and none means exit 1.
     const ConsoleOptions options = ConsoleOptions::parse(ConsoleOptions::arguments(argc, argv),
                                                          QProcessEnvironment::systemEnvironment());
+    // A crashing console's helper: no window, no state, and no reporter of its own.
+    if (options.action == ConsoleOptions::Action::crashReport)
+        return CrashReportHelper::run(argc, argv);
     if (options.action == ConsoleOptions::Action::exit)
         return options.finish();
 

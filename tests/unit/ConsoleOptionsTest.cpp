@@ -69,6 +69,13 @@ const Case cases[] = {
      Action::exit,
      2,
      "add-computer-if-empty"},
+    {"crash-report helper without a display", {"--crash-report"}, {}, Action::crashReport, 0, ""},
+    {"crash-report helper with an argument",
+     {"--crash-report", "extra"},
+     {},
+     Action::exit,
+     2,
+     "crash-report"},
 };
 
 } // namespace
