@@ -19,6 +19,8 @@ packages=(
   util-linux procps psmisc x11vnc xdotool python3
   # making the screenshots of docs/screenshots small
   pngquant
+  # the installer download benchmark measures against it
+  curl
 )
 
 missing=()
