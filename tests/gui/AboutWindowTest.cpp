@@ -41,6 +41,8 @@ private Q_SLOTS:
         QDesktopServices::setUrlHandler(QStringLiteral("http"), &m_opened, "open");
     }
 
+    void cleanupTestCase() { QDesktopServices::unsetUrlHandler(QStringLiteral("http")); }
+
     void oneWindowCentredAndKeptWhenClosed()
     {
         AboutWindowController &controller = AboutWindowController::shared();

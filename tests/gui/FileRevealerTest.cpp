@@ -50,6 +50,8 @@ private Q_SLOTS:
         QDesktopServices::setUrlHandler(QStringLiteral("file"), &m_folders, "open");
     }
 
+    void cleanupTestCase() { QDesktopServices::unsetUrlHandler(QStringLiteral("file")); }
+
     void revealsThroughTheFileManager_data()
     {
         QTest::addColumn<bool>("registered");

@@ -209,6 +209,20 @@ private Q_SLOTS:
         QCOMPARE(m_session->phase().kind(), DownloadPhase::Kind::finished);
     }
 
+    // Under tests/run-small-disk.sh the Downloads folder is a 1 MiB file system of its own.
+    void aFullDiskFailsAndLeavesNothing()
+    {
+        if (!qEnvironmentVariableIsSet("TELVANE_SMALL_DOWNLOADS"))
+            QSKIP("needs Downloads on a small tmpfs in a private mount namespace (as root: "
+                  "tests/run-small-disk.sh)");
+        m_server.route(QStringLiteral("/Telvane.dmg"), file(m_payload));
+        m_session->start(m_server.url(QStringLiteral("/Telvane.dmg")));
+        QVERIFY(waitForEnd());
+        QCOMPARE(m_session->phase().kind(), DownloadPhase::Kind::failed);
+        QVERIFY(!m_session->phase().message().isEmpty());
+        QVERIFY(waitForNoEntries());
+    }
+
     void startWithoutAWebViewFails()
     {
         DiskImageDownloadSession session;
