@@ -15,6 +15,7 @@
 #include <QPushButton>
 #include <QScreen>
 #include <QSignalSpy>
+#include <QStandardPaths>
 #include <QTest>
 
 // Catches what the window hands to the desktop's default handler.
@@ -128,11 +129,16 @@ private Q_SLOTS:
         QVERIFY(!view->coordinator().updateDownloadPresentation());
     }
 
-    void escapeDismissesTheSheet()
+    void escapeDismissesTheSheetAndEndsItsDownload()
     {
         LocalWebServer::Response feed;
         feed.body = "9.0.0";
         m_server.route(QStringLiteral("/updates/telvane.txt"), feed);
+        LocalWebServer::Response installer;
+        installer.body = QByteArray(4 * 1024 * 1024, 'i');
+        installer.contentType = "application/octet-stream";
+        installer.bytesPerTick = 8 * 1024;
+        m_server.route(QStringLiteral("/Telvane.dmg"), installer);
         QWidget window;
         auto *view = new AboutView(&m_alerts, &window);
         window.show();
@@ -141,10 +147,21 @@ private Q_SLOTS:
         QVERIFY(EventLoopWait::until([view] { return view->sheet() != nullptr; }, 10000));
         QPointer<UpdateDownloadSheet> sheet = view->sheet();
         QVERIFY(labelTexts(sheet).filter(QStringLiteral("Release Notes")).isEmpty());
+        sheet->startInAppDownload();
+        QVERIFY(
+            EventLoopWait::until([&sheet] { return sheet->session()->progress() > 0.05; }, 20000));
+
         QTest::keyClick(sheet, Qt::Key_Escape);
         QVERIFY(waitUntilDeleted(sheet));
         QVERIFY(!view->coordinator().updateDownloadPresentation());
         QVERIFY(m_alerts.shown.isEmpty());
+        const QDir downloads(QStandardPaths::writableLocation(QStandardPaths::DownloadLocation));
+        QVERIFY(EventLoopWait::until(
+            [&downloads] {
+                return downloads.entryList(QDir::Files | QDir::Hidden, QDir::Name) ==
+                       QStringList{QStringLiteral("Telvane.dmg")}; // the earlier test's
+            },
+            5000));
     }
 
 private:
