@@ -223,6 +223,25 @@ private Q_SLOTS:
         QVERIFY(waitForNoEntries());
     }
 
+    void withoutTheWebEngineTheDownloadFailsWithTheReason()
+    {
+        // The engine's helper program cannot be found: no web view is made at all.
+        const QByteArray helper = qgetenv("QTWEBENGINEPROCESS_PATH");
+        qputenv("QTWEBENGINEPROCESS_PATH", "/nonexistent/QtWebEngineProcess");
+        DiskImageDownloadSession session;
+        DiskImageDownloadHostView host(&session);
+        if (helper.isEmpty())
+            qunsetenv("QTWEBENGINEPROCESS_PATH");
+        else
+            qputenv("QTWEBENGINEPROCESS_PATH", helper);
+        QVERIFY(!host.webView());
+        session.start(m_server.url(QStringLiteral("/Telvane.dmg")));
+        QCOMPARE(session.phase().kind(), DownloadPhase::Kind::failed);
+        QVERIFY2(session.phase().message().startsWith(QLatin1String("The download cannot run here: "
+                                                                    "its helper program")),
+                 qPrintable(session.phase().message()));
+    }
+
     void startWithoutAWebViewFails()
     {
         DiskImageDownloadSession session;
