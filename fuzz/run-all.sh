@@ -12,7 +12,7 @@ trap 'rm -rf "$scratch"' EXIT
 export UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1
 status=0
 for target in frame_reader message_decoder computer_json agent_inputs txt_record view_models \
-    screen_image assistant_navigation crash_report; do
+    screen_image assistant_navigation crash_report update_feed; do
     binary="$build/fuzz/fuzz_$target"
     if [[ ! -x $binary ]]; then
         echo "missing $binary (configure with -DTELVANE_FUZZ=ON and clang++-14)" >&2

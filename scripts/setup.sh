@@ -25,6 +25,8 @@ packages=(
   scdoc librsvg2-bin desktop-file-utils appstream
   # lrelease, for the translations
   qt6-l10n-tools
+  # the installer download benchmark measures against it
+  curl
 )
 
 missing=()

@@ -29,6 +29,7 @@ import tempfile
 EXTERNAL_LINKS = [
     (re.compile(r"^Qt6::(Core|Gui|Widgets|Network|Test|Concurrent|Svg|WebEngine(Core|Widgets))$"),
      None),
+    (re.compile(r"^Qt6::DBus$"), None),
     (re.compile(r"^OpenSSL::"), "OpenSSL"),
     (re.compile(r"^PkgConfig::TURBOJPEG$|libturbojpeg"), "TurboJPEG"),
     (re.compile(r"^PkgConfig::AVAHI_CLIENT$|libavahi-"), "Avahi"),
@@ -50,6 +51,7 @@ EXTERNAL_HEADERS = [
     (re.compile(r"/qt6/QtSvg/"), "Qt6::Svg"),
     (re.compile(r"/qt6/QtWebEngineCore/"), "Qt6::WebEngineCore"),
     (re.compile(r"/qt6/QtWebEngineWidgets/"), "Qt6::WebEngineWidgets"),
+    (re.compile(r"/qt6/QtDBus/"), "Qt6::DBus"),
     (re.compile(r"/turbojpeg\.h$"), "TurboJPEG"),
     (re.compile(r"/include/openssl/"), "OpenSSL"),
     (re.compile(r"/include/avahi-"), "Avahi"),
@@ -65,6 +67,7 @@ IMPLIED = {
     "Qt6::Test": {"Qt6::Core"},
     "Qt6::Concurrent": {"Qt6::Core"},
     "Qt6::Svg": {"Qt6::Gui", "Qt6::Core"},
+    "Qt6::DBus": {"Qt6::Core"},
     "Qt6::WebEngineCore": {"Qt6::Network", "Qt6::Gui", "Qt6::Core"},
     "Qt6::WebEngineWidgets": {"Qt6::WebEngineCore", "Qt6::Widgets", "Qt6::Network", "Qt6::Gui",
                               "Qt6::Core"},
