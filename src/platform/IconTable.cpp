@@ -51,6 +51,11 @@ constexpr IconTable::Entry table[] = {
     {"arrow.clockwise", "view-refresh", FALLBACK("refresh")},
     // Navigation.
     {"house", "go-home", FALLBACK("house")},
+    // Main window: sidebar, log viewer.
+    {"doc.text", "text-x-generic", FALLBACK("doc-text")},
+    {"plus", "list-add", FALLBACK("plus")},
+    {"doc.on.doc", "edit-copy", FALLBACK("copy")},
+    {"text.alignleft", "format-justify-left", FALLBACK("text-align-left")},
 };
 
 #undef FALLBACK

@@ -231,6 +231,8 @@ QWidget *ComputerDetailView::makeStatusPage()
     scroll->setWidgetResizable(true);
     scroll->setFrameShape(QFrame::NoFrame);
     scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    // Focusable, so the keyboard can scroll it; a reader names it.
+    scroll->setAccessibleName(tr("Technical Status"));
     return scroll;
 }
 

@@ -8,6 +8,7 @@
 #include "platform/PreferenceKeys.h"
 #include "platform/Preferences.h"
 #include "state/AppState.h"
+#include "state/MainWindowState.h"
 #include "ui/ComputerDetailView.h"
 
 #include <QApplication>
@@ -192,7 +193,7 @@ int main(int argc, char **argv)
         window.resize(size);
         state.setComputers({});
         setSwitches(false);
-        window.showDashboard();
+        window.state()->select(NavigationItem::dashboard());
         shoot(QStringLiteral("dashboard-empty"));
 
         state.setComputers(computers);
@@ -203,14 +204,14 @@ int main(int argc, char **argv)
 
         for (const auto &[id, name] : {std::pair{online, QStringLiteral("online")},
                                        std::pair{offline, QStringLiteral("offline")}}) {
-            window.showComputer(id);
+            window.state()->select(NavigationItem::computer(id));
             window.detail()->setSelectedSegment(DetailSegment::status);
             shoot(QStringLiteral("detail-status-") + name);
             window.detail()->setSelectedSegment(DetailSegment::preview);
             shoot(QStringLiteral("detail-preview-") + name);
         }
 
-        window.showComputer(online);
+        window.state()->select(NavigationItem::computer(online));
         state.beginFileTransfer(QStringLiteral("Quarterly report.pdf"));
         state.updateFileTransferProgress(QStringLiteral("Sending 18.4 MB of 43.9 MB"), 0.42);
         QTest::qWait(20); // the upload state is applied on the main thread
