@@ -55,7 +55,7 @@ void LogEntryDelegate::paint(QPainter *painter, const QStyleOptionViewItem &opti
     painter->setPen(selected ? text
                              : ToneColors::color(LogEntryRow::categoryTone(row.category), palette));
     const int categoryWidth =
-        QFontMetrics(category).horizontalAdvance(QStringLiteral("PERSISTENCE"));
+        QFontMetrics(category).horizontalAdvance(QStringLiteral("PERSISTENCE")) + padding;
     painter->drawText(
         QRect(rect.x(), rect.y(), categoryWidth, rect.height()), Qt::AlignVCenter | Qt::AlignLeft,
         QFontMetrics(category).elidedText(row.category, Qt::ElideRight, categoryWidth));
