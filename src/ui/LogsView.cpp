@@ -115,6 +115,7 @@ bool LogsView::isShowingEmptyState() const
 
 void LogsView::copyAll()
 {
+    m_model->flush(); // everything logged so far
     QClipboard *clipboard = QApplication::clipboard();
     clipboard->clear();
     clipboard->setText(m_model->joinedText());

@@ -16,13 +16,15 @@
 class LogsViewTest : public QObject {
     Q_OBJECT
 
-    static void logAndWait(int count, int first = 1)
+    // Logs and waits until the view's model shows it.
+    static void logAndWait(LogsView &view, int count, int first = 1)
     {
-        const qsizetype before = LogManager::shared().logs().size();
+        const int before = view.model()->rowCount();
         for (int i = first; i < first + count; ++i)
             LogManager::shared().log(QStringLiteral("entry %1").arg(i), QStringLiteral("UI"));
-        QTRY_COMPARE(LogManager::shared().logs().size(),
-                     std::min<qsizetype>(before + count, LogManager::maxLogs));
+        QTRY_COMPARE(view.model()->rowCount(), std::min(before + count, LogManager::maxLogs));
+        QTRY_COMPARE(view.model()->index(view.model()->rowCount() - 1).data().toString(),
+                     LogManager::shared().logs().last());
     }
 
 private Q_SLOTS:
@@ -43,10 +45,10 @@ private Q_SLOTS:
         view.copyAllButton()->click();
         QCOMPARE(QApplication::clipboard()->text(), QString());
 
-        logAndWait(1);
+        logAndWait(view, 1);
         QVERIFY(!view.isShowingEmptyState());
         QCOMPARE(view.countLabel()->text(), QStringLiteral("1 log entries"));
-        logAndWait(1, 2);
+        logAndWait(view, 1, 2);
         view.copyAllButton()->click();
         QCOMPARE(QApplication::clipboard()->text(), LogManager::shared().logs().join('\n'));
 
@@ -63,23 +65,23 @@ private Q_SLOTS:
         QVERIFY(QTest::qWaitForWindowExposed(&view));
         QSignalSpy resets(view.model(), &QAbstractItemModel::modelReset);
         QScrollBar *bar = view.list()->verticalScrollBar();
-        logAndWait(300);
+        logAndWait(view, 300);
         QTRY_VERIFY(bar->maximum() > 0);
         QCOMPARE(bar->value(), bar->maximum());
-        logAndWait(20, 301);
+        logAndWait(view, 20, 301);
         QTRY_COMPARE(bar->value(), bar->maximum());
 
         // Scrolled up: new entries and those dropped from the front leave the rows in view.
         bar->setValue(100);
         const QString shown = view.list()->indexAt(QPoint(5, 5)).data().toString();
-        logAndWait(LogManager::maxLogs - 320 + 40, 321); // 40 beyond the bound
+        logAndWait(view, LogManager::maxLogs - 320 + 40, 321); // 40 beyond the bound
         QCOMPARE(view.model()->rowCount(), LogManager::maxLogs);
         QCOMPARE(view.list()->indexAt(QPoint(5, 5)).data().toString(), shown);
         QVERIFY(bar->value() < bar->maximum());
 
         // Back at the end, it follows again; never a reset.
         bar->setValue(bar->maximum());
-        logAndWait(5, 9000);
+        logAndWait(view, 5, 9000);
         QTRY_COMPARE(bar->value(), bar->maximum());
         QCOMPARE(resets.size(), 0);
     }
