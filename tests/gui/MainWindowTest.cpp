@@ -243,6 +243,26 @@ private Q_SLOTS:
                  (QStringList{"add", QStringLiteral("edit ") + UuidText::format(m_lab.id)}));
     }
 
+    void detailActionsReachTheManagerAndQuitClosesTheWindows()
+    {
+        const auto window = makeWindow();
+        window->state()->select(NavigationItem::computer(m_lab.id));
+        const QList<QPushButton *> buttons = window->detail()->actionButtons();
+        buttons.at(0)->click(); // Connect
+        m_state->updateConnectionStatus(m_lab.id, true);
+        buttons.at(0)->click(); // Disconnect
+        QCOMPARE(m_manager->calls, (QStringList{"connect Lab", "disconnect Lab"}));
+
+        window->showSettings();
+        QAction *quit = nullptr;
+        for (QAction *action : window->actions())
+            quit = action->text() == QStringLiteral("Quit") ? action : quit;
+        QVERIFY(quit && quit->shortcut() == QKeySequence(QStringLiteral("Ctrl+Q")));
+        quit->trigger();
+        QVERIFY(!window->isVisible());
+        QTRY_VERIFY(!window->settingsWindow());
+    }
+
     void deleteAsksThenDisconnectsRemovesAndMovesTheSelection_data()
     {
         QTest::addColumn<int>("answer");
