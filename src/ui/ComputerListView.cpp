@@ -159,7 +159,7 @@ bool ComputerListView::eventFilter(QObject *watched, QEvent *event)
         m_list->setFocus(Qt::OtherFocusReason);
         m_list->setCurrentIndex(m_model->index(row));
     };
-    const auto goTo = [this](QToolButton *navigation) {
+    const auto goTo = [](QToolButton *navigation) {
         navigation->setFocus(Qt::OtherFocusReason);
         navigation->click();
     };
