@@ -23,8 +23,9 @@ public:
     explicit MainWindowState(AppState &appState, AlertPresenter *alerts = nullptr,
                              QObject *parent = nullptr);
 
-    // Copies the store's state, takes its selection when the window has none, queues
-    // isAppReady and emits appeared(). Once per window; later calls do nothing.
+    // Takes the store's selection when the window has none and the selected computer's
+    // record, queues isAppReady and emits appeared(). Once per window; later calls do
+    // nothing.
     void appear();
     bool hasAppeared() const { return m_hasAppeared; }
     bool isAppReady() const { return m_isAppReady; }
