@@ -8,6 +8,7 @@
 //       tests/run-isolated.sh build/bench/dashboard_bench > /dev/null
 #include "app/MainWindow.h"
 #include "state/AppState.h"
+#include "state/MainWindowState.h"
 #include "ui/ComputerCardView.h"
 #include "ui/ComputerDetailView.h"
 #include "ui/DashboardSummaryStrip.h"
@@ -239,7 +240,7 @@ int main(int argc, char **argv)
 
     // The detail of a computer whose load moves, in the window as a person sees it.
     window.resize(1000, 700);
-    window.showComputer(computers[1].id);
+    window.state()->select(NavigationItem::computer(computers[1].id));
     QTest::qWait(1000);
     counter.watch(window.detail(), -2);
     Window detail;

@@ -1,84 +1,140 @@
 #include "MainWindow.h"
 
-#include "platform/PreferenceKeys.h"
-#include "platform/Preferences.h"
+#include "ConsoleShutdown.h"
+#include "model/LogManager.h"
+#include "platform/SettingsFiles.h"
+#include "presentation/WindowPlacement.h"
 #include "state/AppState.h"
-#include "ui/ComputerCardView.h"
+#include "state/MainWindowState.h"
 #include "ui/ComputerDetailView.h"
+#include "ui/ComputerFormFactory.h"
+#include "ui/ComputerListView.h"
 #include "ui/DashboardView.h"
-#include "ui/SymbolIcon.h"
+#include "ui/LogsView.h"
+#include "ui/SettingsView.h"
 
-#include <QAction>
+#include <QCloseEvent>
+#include <QFrame>
+#include <QGuiApplication>
+#include <QHBoxLayout>
 #include <QMenuBar>
-#include <QPushButton>
+#include <QScreen>
+#include <QSettings>
 #include <QStackedWidget>
-#include <QToolBar>
 
-MainWindow::MainWindow(AppState &appState, QWidget *parent, ComputerFormFactory *formFactory,
-                       RemoteControlWindowFactory *remoteControlFactory)
-    : QMainWindow(parent), m_appState(appState), m_actions(appState), m_formFactory(formFactory),
-      m_remoteControlFactory(remoteControlFactory), m_pages(new QStackedWidget(this)),
-      m_dashboard(new DashboardView(appState, this))
+namespace {
+
+const QString geometryKey = QStringLiteral("MainWindow/geometry");
+
+// Each missing seam is logged once for the whole run, however often it is asked for.
+void logUnavailable(bool &logged, const QString &what)
 {
-    setWindowTitle(tr("Telvane"));
-    m_pages->addWidget(m_dashboard);
-    setCentralWidget(m_pages);
-    connect(m_dashboard, &DashboardView::computerSelected, this, &MainWindow::showComputer);
-
-    QToolBar *toolbar = addToolBar(tr("Navigation"));
-    toolbar->setObjectName(QStringLiteral("navigationToolbar"));
-    toolbar->setMovable(false);
-    toolbar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-    m_dashboardAction = new QAction(SymbolIcon::icon(u"house"), tr("Dashboard"), this);
-    m_dashboardAction->setShortcut(QKeySequence::Back);
-    m_dashboardAction->setEnabled(false);
-    connect(m_dashboardAction, &QAction::triggered, this, &MainWindow::showDashboard);
-    toolbar->addAction(m_dashboardAction);
-    menuBar()->addMenu(tr("&View"))->addAction(m_dashboardAction);
-
-    // A computer that is removed while its detail shows leaves the dashboard showing.
-    connect(&appState, &AppState::computerRemoved, this, [this](const QUuid &id) {
-        if (m_detail && m_detail->computerId() == id)
-            showDashboard();
-    });
-
-    // Background supervision, bound both ways to its preference.
-    const QString key = QLatin1String(PreferenceKeys::supervisionAutoConnectAll);
-    QAction *keepConnected =
-        menuBar()->addMenu(tr("&Computers"))->addAction(tr("Keep All Computers Connected"));
-    keepConnected->setCheckable(true);
-    keepConnected->setChecked(Preferences::shared().boolValue(key));
-    connect(keepConnected, &QAction::toggled, this,
-            [key](bool isOn) { Preferences::shared().setBoolValue(key, isOn); });
-    connect(&Preferences::shared(), &Preferences::changed, keepConnected,
-            [key, keepConnected](const QString &changed) {
-                if (changed == key)
-                    keepConnected->setChecked(Preferences::shared().boolValue(key));
-            });
-
-    setMinimumSize(800, 600);
-    resize(1000, 700);
+    if (!std::exchange(logged, true))
+        LogManager::shared().log(what, QStringLiteral("UI"));
 }
 
-void MainWindow::showDashboard()
+} // namespace
+
+MainWindow::MainWindow(AppState &appState, QWidget *parent, ComputerFormFactory *formFactory,
+                       RemoteControlWindowFactory *remoteControlFactory, AlertPresenter *alerts)
+    : QMainWindow(parent), m_appState(appState), m_actions(appState), m_formFactory(formFactory),
+      m_remoteControlFactory(remoteControlFactory),
+      m_state(new MainWindowState(appState, alerts, this)),
+      m_sidebar(new ComputerListView(appState, this)), m_pages(new QStackedWidget(this)),
+      m_dashboard(new DashboardView(appState, this)),
+      m_logs(new LogsView(LogManager::shared(), this))
 {
-    m_pages->setCurrentWidget(m_dashboard);
-    m_dashboardAction->setEnabled(false);
-    if (!m_detail)
-        return;
-    // Back on the card that was chosen, so the keyboard carries on from there.
-    for (ComputerCardView *card : m_dashboard->cards()) {
-        if (card->computerId() == m_detail->computerId())
-            card->setFocus();
+    setWindowTitle(tr("Telvane"));
+    m_sidebar->setFixedWidth(sidebarWidth);
+    m_pages->addWidget(m_dashboard);
+    m_pages->addWidget(m_logs);
+    auto *divider = new QFrame(this);
+    divider->setFrameShape(QFrame::VLine);
+    divider->setFrameShadow(QFrame::Sunken);
+    auto *central = new QWidget(this);
+    auto *layout = new QHBoxLayout(central);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(m_sidebar);
+    layout->addWidget(divider);
+    layout->addWidget(m_pages, 1);
+    setCentralWidget(central);
+
+    // File first: the menus that come later are appended after it.
+    QMenu *file = menuBar()->addMenu(tr("&File"));
+    QAction *settings = file->addAction(tr("Settings..."), this, &MainWindow::showSettings);
+    settings->setShortcut(QKeySequence(tr("Ctrl+,")));
+    settings->setMenuRole(QAction::PreferencesRole);
+    file->addSeparator();
+    QAction *quit = file->addAction(tr("Quit"), this, [] { ConsoleShutdown::quit(); });
+    quit->setShortcut(QKeySequence(tr("Ctrl+Q")));
+    quit->setMenuRole(QAction::QuitRole);
+    // Their shortcuts work wherever the focus is in the window.
+    addActions({settings, quit});
+
+    connect(m_state, &MainWindowState::selectedItemChanged, this, &MainWindow::showSelection);
+    connect(m_state, &MainWindowState::isAppReadyChanged, this, &MainWindow::isAppReadyChanged);
+    connect(m_sidebar, &ComputerListView::itemChosen, m_state, &MainWindowState::select);
+    connect(m_sidebar, &ComputerListView::addRequested, this, &MainWindow::openAddForm);
+    connect(m_sidebar, &ComputerListView::editRequested, this, &MainWindow::openEditForm);
+    connect(m_sidebar, &ComputerListView::deleteRequested, m_state,
+            &MainWindowState::requestDelete);
+    connect(m_dashboard, &DashboardView::computerSelected, this,
+            [this](const QUuid &id) { m_state->select(NavigationItem::computer(id)); });
+
+    setMinimumSize(800, 600);
+    restorePlacement();
+}
+
+MainWindow::~MainWindow() = default;
+
+void MainWindow::appear()
+{
+    m_state->appear();
+}
+
+bool MainWindow::isAppReady() const
+{
+    return m_state->isAppReady();
+}
+
+SettingsView *MainWindow::settingsWindow() const
+{
+    return m_settings;
+}
+
+QWidget *MainWindow::currentPage() const
+{
+    return m_pages->currentWidget();
+}
+
+void MainWindow::showSelection()
+{
+    const NavigationItem item = m_state->selectedItem().value_or(NavigationItem::dashboard());
+    m_sidebar->setSelectedItem(item);
+    if (item.kind != NavigationItem::Kind::computer && m_detail) {
+        m_detail->deleteLater();
+        m_detail = nullptr;
     }
-    m_detail->deleteLater();
-    m_detail = nullptr;
+    switch (item.kind) {
+    case NavigationItem::Kind::dashboard:
+        m_pages->setCurrentWidget(m_dashboard);
+        break;
+    case NavigationItem::Kind::logs:
+        m_pages->setCurrentWidget(m_logs);
+        break;
+    case NavigationItem::Kind::computer:
+        showComputer(item.computerId);
+        break;
+    }
 }
 
 void MainWindow::showComputer(const QUuid &id)
 {
-    if (!m_appState.computer(id))
+    if (m_detail && m_detail->computerId() == id) {
+        m_pages->setCurrentWidget(m_detail);
         return;
+    }
     if (m_detail)
         m_detail->deleteLater();
     m_detail = new ComputerDetailView(m_appState, id, m_formFactory, m_remoteControlFactory, this);
@@ -93,15 +149,76 @@ void MainWindow::showComputer(const QUuid &id)
         [this](const QUuid &computer, const QString &path) { m_actions.sendFile(computer, path); });
     connect(m_detail, &ComputerDetailView::cancelFileTransferRequested, this,
             [this] { m_actions.cancelFileTransfer(); });
+    // The detail asked first; the selection then follows the list change.
     connect(m_detail, &ComputerDetailView::removeRequested, this,
             [this](const QUuid &computer) { m_actions.removeComputer(computer); });
     m_pages->addWidget(m_detail);
     m_pages->setCurrentWidget(m_detail);
-    m_dashboardAction->setEnabled(true);
-    for (QPushButton *button : m_detail->actionButtons()) {
-        if (button->isEnabled()) {
-            button->setFocus();
-            break;
-        }
+}
+
+void MainWindow::showSettings()
+{
+    if (!m_settings) {
+        m_settings = new SettingsView(this);
+        m_settings->setAttribute(Qt::WA_DeleteOnClose);
     }
+    m_settings->show();
+    m_settings->raise();
+    m_settings->activateWindow();
+}
+
+void MainWindow::openAddForm()
+{
+    static bool logged = false;
+    if (!m_formFactory) {
+        logUnavailable(logged, tr("Adding computers is not available in this build"));
+        return;
+    }
+    m_formFactory->openAddForm(this);
+}
+
+void MainWindow::openEditForm(const QUuid &id)
+{
+    static bool logged = false;
+    if (!m_formFactory) {
+        logUnavailable(logged, tr("Editing computers is not available in this build"));
+        return;
+    }
+    if (m_appState.computer(id))
+        m_formFactory->openEditForm(id, this);
+}
+
+void MainWindow::closeEvent(QCloseEvent *event)
+{
+    savePlacement();
+    // The settings belong to this window; remote-control windows live on by themselves.
+    if (m_settings)
+        m_settings->close();
+    event->accept();
+}
+
+void MainWindow::restorePlacement()
+{
+    const QByteArray stored = SettingsFiles::openStandard()->value(geometryKey).toByteArray();
+    if (stored.isEmpty() || !restoreGeometry(stored)) {
+        resize(1000, 700);
+        return;
+    }
+    QList<QRect> screens;
+    for (const QScreen *screen : QGuiApplication::screens())
+        screens.append(screen->availableGeometry());
+    const QScreen *primary = QGuiApplication::primaryScreen();
+    if (!primary)
+        return;
+    const QRect placed = WindowPlacement::onVisibleScreen(
+        geometry(), screens, primary->availableGeometry(), minimumSize());
+    if (placed != geometry())
+        setGeometry(placed);
+}
+
+void MainWindow::savePlacement() const
+{
+    const std::unique_ptr<QSettings> settings = SettingsFiles::openStandard();
+    settings->setValue(geometryKey, saveGeometry());
+    SettingsFiles::syncDurably(*settings);
 }

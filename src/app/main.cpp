@@ -1,6 +1,7 @@
 #include "ConsoleOptions.h"
 #include "ConsoleShutdown.h"
 #include "CrashReportHelper.h"
+#include "ConsoleStartup.h"
 #include "MainWindow.h"
 #include "discovery/BonjourDiscoveryManager.h"
 #include "discovery/avahi/AvahiDiscoveryBackend.h"
@@ -8,13 +9,13 @@
 #include "platform/Preferences.h"
 #include "remotecontrol/RemoteControlWindowLauncher.h"
 #include "state/AppState.h"
+#include "state/MainWindowState.h"
 #include "state/SetAsideReporter.h"
 #include "state/SupervisionController.h"
 #include "ui/DialogComputerFormFactory.h"
 #include "ui/QtAlertPresenter.h"
 
 #include <QApplication>
-#include <QTimer>
 
 namespace {
 
@@ -69,7 +70,11 @@ int main(int argc, char *argv[])
     DialogComputerFormFactory formFactory(appState, discovery);
     RemoteControlWindowLauncher remoteControl(appState); // closes its windows before the state goes
     MainWindow window(appState, nullptr, &formFactory, &remoteControl);
-    window.show();
-    QTimer::singleShot(0, &supervision, &SupervisionController::mainViewAppeared);
+    // The appearance sequence ends by asking for a supervision pass (when it is on).
+    QObject::connect(window.state(), &MainWindowState::appeared, &supervision,
+                     &SupervisionController::mainViewAppeared);
+    // Shows the window; the crash reporter is installed on the first turn of the event loop.
+    ConsoleStartup startup(window);
+    startup.start();
     return app.exec();
 }

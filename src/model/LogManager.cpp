@@ -63,6 +63,7 @@ void LogManager::clearLogs()
         this,
         [this] {
             m_logs.clear();
+            Q_EMIT cleared();
             Q_EMIT logsChanged();
         },
         Qt::QueuedConnection);
@@ -71,7 +72,10 @@ void LogManager::clearLogs()
 void LogManager::append(const QString &entry)
 {
     m_logs.append(entry);
-    if (m_logs.size() > maxLogs)
-        m_logs.remove(0, m_logs.size() - maxLogs);
+    Q_EMIT entriesAppended(QStringList{entry});
+    if (const qsizetype excess = m_logs.size() - maxLogs; excess > 0) {
+        m_logs.remove(0, excess);
+        Q_EMIT oldestEntriesDropped(int(excess));
+    }
     Q_EMIT logsChanged();
 }

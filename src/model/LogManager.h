@@ -24,6 +24,12 @@ public:
     static QString formatEntry(const QString &message, const QString &category);
 
 Q_SIGNALS:
+    // Step by step, for views that insert and remove rows: entries put at the end, then
+    // (when the list grew past maxLogs) that many dropped from the front, or everything
+    // gone. logsChanged() follows each of these.
+    void entriesAppended(const QStringList &entries);
+    void oldestEntriesDropped(int count);
+    void cleared();
     // The whole list changed in one step (append, trim or clear).
     void logsChanged();
 

@@ -56,6 +56,11 @@ constexpr IconTable::Entry table[] = {
     {"cursorarrow.click.badge.clock", "media-playback-stop", FALLBACK("cursor-click-clock")},
     {"info.circle", "dialog-information", FALLBACK("info-circle")},
     {"arrow.up.doc", "document-send", FALLBACK("arrow-up-doc")},
+    // Main window: sidebar, log viewer.
+    {"doc.text", "text-x-generic", FALLBACK("doc-text")},
+    {"plus", "list-add", FALLBACK("plus")},
+    {"doc.on.doc", "edit-copy", FALLBACK("copy")},
+    {"text.alignleft", "format-justify-left", FALLBACK("text-align-left")},
 };
 
 #undef FALLBACK

@@ -41,8 +41,10 @@ void SupervisionController::mainViewAppeared()
 
 void SupervisionController::applicationStateChanged(Qt::ApplicationState state)
 {
-    if (state == Qt::ApplicationActive)
-        m_appState.processPendingActions();
+    if (state != Qt::ApplicationActive)
+        return;
+    m_appState.processPendingActions();
+    Q_EMIT pendingActionsHandedOver();
 }
 
 void SupervisionController::requestPass()

@@ -31,6 +31,10 @@ public Q_SLOTS:
     void mainViewAppeared();
     void applicationStateChanged(Qt::ApplicationState state);
 
+Q_SIGNALS:
+    // The pending automation requests were handed to the store (on becoming active).
+    void pendingActionsHandedOver();
+
 private:
     void requestPass();
 

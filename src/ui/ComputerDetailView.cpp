@@ -21,6 +21,7 @@
 #include "state/AppState.h"
 
 #include <QFileDialog>
+#include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QProgressBar>
@@ -71,16 +72,15 @@ ComputerDetailView::ComputerDetailView(AppState &appState, const QUuid &id,
     top->setContentsMargins(margin, 16, margin, 0);
     top->setSpacing(12);
     top->addWidget(makeHeader());
-    auto *bar = new QHBoxLayout;
-    bar->setSpacing(8);
+    m_actionBar = new QGridLayout;
+    m_actionBar->setSpacing(8);
     for (int i = 0; i < 5; ++i) {
         auto *button = new QPushButton(this);
         connect(button, &QPushButton::clicked, this, [this, i] { runAction(i); });
-        bar->addWidget(button);
         m_actions.append(button);
     }
-    bar->addStretch();
-    top->addLayout(bar);
+    placeActionButtons(false);
+    top->addLayout(m_actionBar);
     top->addWidget(makeUploadPanel());
 
     m_segments = new QTabBar(this);
@@ -231,6 +231,8 @@ QWidget *ComputerDetailView::makeStatusPage()
     scroll->setWidgetResizable(true);
     scroll->setFrameShape(QFrame::NoFrame);
     scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    // Focusable, so the keyboard can scroll it; a reader names it.
+    scroll->setAccessibleName(tr("Technical Status"));
     return scroll;
 }
 
@@ -249,6 +251,31 @@ QWidget *ComputerDetailView::makePreviewPage()
     layout->setContentsMargins(margin, 8, margin, margin);
     layout->addWidget(m_preview);
     return page;
+}
+
+void ComputerDetailView::placeActionButtons(bool inTwoRows)
+{
+    for (QPushButton *button : std::as_const(m_actions))
+        m_actionBar->removeWidget(button);
+    const int perRow = inTwoRows ? 3 : int(m_actions.size());
+    for (int i = 0; i < m_actions.size(); ++i)
+        m_actionBar->addWidget(m_actions[i], i / perRow, i % perRow);
+    m_actionBar->setColumnStretch(perRow, 1);
+    for (int column = perRow + 1; column <= m_actions.size(); ++column)
+        m_actionBar->setColumnStretch(column, 0);
+    m_isActionBarInTwoRows = inTwoRows;
+}
+
+void ComputerDetailView::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    // The bar wraps rather than cutting its buttons' texts in a narrow window.
+    int needed = 2 * margin + m_actionBar->spacing() * int(m_actions.size() - 1);
+    for (const QPushButton *button : std::as_const(m_actions))
+        needed += button->sizeHint().width();
+    const bool inTwoRows = needed > width();
+    if (inTwoRows != m_isActionBarInTwoRows)
+        placeActionButtons(inTwoRows);
 }
 
 void ComputerDetailView::setSelectedSegment(DetailSegment segment)

@@ -14,6 +14,7 @@ class DashboardScreenPreview;
 class ElidedLabel;
 class ITInventoryDetailSection;
 class MetricGaugeView;
+class QGridLayout;
 class QLabel;
 class QProgressBar;
 class QPushButton;
@@ -58,7 +59,11 @@ Q_SIGNALS:
     void cancelFileTransferRequested();
     void removeRequested(const QUuid &id);
 
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+
 private:
+    void placeActionButtons(bool inTwoRows);
     QWidget *makeHeader();
     QWidget *makeUploadPanel();
     QWidget *makeStatusPage();
@@ -88,6 +93,8 @@ private:
     QLabel *m_description;
     QLabel *m_statusLine;
     QList<QPushButton *> m_actions;
+    QGridLayout *m_actionBar;
+    bool m_isActionBarInTwoRows = false;
     QWidget *m_uploadPanel;
     ElidedLabel *m_uploadTitle;
     QProgressBar *m_uploadProgress;

@@ -5,16 +5,21 @@
 // which gives it a private HOME and a private X server.
 //   dashboard_screenshots <output folder>
 #include "app/MainWindow.h"
+#include "model/LogManager.h"
 #include "platform/PreferenceKeys.h"
 #include "platform/Preferences.h"
 #include "state/AppState.h"
+#include "state/MainWindowState.h"
 #include "ui/ComputerDetailView.h"
+#include "ui/QtAlertPresenter.h"
+#include "ui/SettingsView.h"
 
 #include <QApplication>
 #include <QBuffer>
 #include <QDir>
 #include <QImageWriter>
 #include <QLinearGradient>
+#include <QMessageBox>
 #include <QPainter>
 #include <QTest>
 #include <cstdio>
@@ -158,6 +163,54 @@ bool save(QWidget &window, const QString &path)
     return true;
 }
 
+// A log as a session leaves it, warnings and failures included.
+void fillLog()
+{
+    LogManager &logManager = LogManager::shared();
+    logManager.clearLogs();
+    const std::pair<const char *, const char *> lines[] = {
+        {"CONNECT", "Connecting to Studio Mac (10.0.0.7:5905)"},
+        {"AUTH", "Authenticated with Studio Mac as ada"},
+        {"CONNECT", "AppState: Updated computer Studio Mac connection status to connected"},
+        {"STATS", "Received system statistics from Studio Mac"},
+        {"SCREEN", "Preview requested for Studio Mac"},
+        {"WARN", "Unhandled message type 0x2f from Studio Mac"},
+        {"CONNECT", "Connecting to Build Server (10.0.0.20:6905)"},
+        {"ERROR", "Connection to Build Server failed: Connection refused"},
+        {"HEARTBEAT", "Heartbeat from Studio Mac"},
+        {"WARN", "Screen image from Studio Mac could not be decoded quickly; used the fallback"},
+        {"STATS", "Received system statistics from Studio Mac"},
+        {"ERROR", "Upload of Quarterly report.pdf to Lab MacBook failed: the agent refused the "
+                  "file [disk full]"},
+        {"PERSISTENCE", "Saved 6 computers"},
+        {"HEARTBEAT", "Heartbeat from Studio Mac"},
+    };
+    for (const auto &[category, message] : lines)
+        logManager.log(QLatin1String(message), QLatin1String(category));
+    QTest::qWait(20);
+}
+
+// The window with a message box over it, as the user sees both.
+bool saveWithBox(QWidget &window, QWidget &box, const QString &path)
+{
+    QTest::qWait(50);
+    QImage image = window.grab().toImage();
+    QPainter painter(&image);
+    const QPixmap shown = box.grab();
+    const QRect frame(
+        QPoint((image.width() - shown.width()) / 2, (image.height() - shown.height()) / 3),
+        shown.deviceIndependentSize().toSize());
+    // A top-level's own grab leaves out the background the window system gives it.
+    painter.fillRect(frame.adjusted(-1, -1, 1, 1), box.palette().color(QPalette::Mid));
+    painter.fillRect(frame, box.palette().color(QPalette::Window));
+    painter.drawPixmap(frame.topLeft(), shown);
+    painter.end();
+    if (!QImageWriter(path, "png").write(image))
+        return false;
+    std::printf("%s\n", qPrintable(path));
+    return true;
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -178,8 +231,10 @@ int main(int argc, char **argv)
     const QList<RemoteComputer> computers = seededComputers();
     const QUuid online = computers.at(0).id;
     const QUuid offline = computers.at(2).id;
-    MainWindow window(state);
+    QtAlertPresenter alerts;
+    MainWindow window(state, nullptr, nullptr, nullptr, &alerts);
     window.show();
+    window.appear();
     if (!QTest::qWaitForWindowExposed(&window))
         return 1;
 
@@ -192,7 +247,7 @@ int main(int argc, char **argv)
         window.resize(size);
         state.setComputers({});
         setSwitches(false);
-        window.showDashboard();
+        window.state()->select(NavigationItem::dashboard());
         shoot(QStringLiteral("dashboard-empty"));
 
         state.setComputers(computers);
@@ -203,20 +258,42 @@ int main(int argc, char **argv)
 
         for (const auto &[id, name] : {std::pair{online, QStringLiteral("online")},
                                        std::pair{offline, QStringLiteral("offline")}}) {
-            window.showComputer(id);
+            window.state()->select(NavigationItem::computer(id));
             window.detail()->setSelectedSegment(DetailSegment::status);
             shoot(QStringLiteral("detail-status-") + name);
             window.detail()->setSelectedSegment(DetailSegment::preview);
             shoot(QStringLiteral("detail-preview-") + name);
         }
 
-        window.showComputer(online);
+        window.state()->select(NavigationItem::computer(online));
         state.beginFileTransfer(QStringLiteral("Quarterly report.pdf"));
         state.updateFileTransferProgress(QStringLiteral("Sending 18.4 MB of 43.9 MB"), 0.42);
         QTest::qWait(20); // the upload state is applied on the main thread
         shoot(QStringLiteral("detail-upload"));
         state.cancelFileTransfer();
         QTest::qWait(20);
+
+        fillLog();
+        window.state()->select(NavigationItem::logs());
+        shoot(QStringLiteral("logs"));
+
+        window.state()->select(NavigationItem::computer(offline));
+        window.state()->requestDelete(offline);
+        QTest::qWait(50);
+        auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+        ok = box &&
+             saveWithBox(window, *box,
+                         out.filePath(QStringLiteral("delete-confirmation") + suffix)) &&
+             ok;
+        if (box)
+            box->reject();
+        QTest::qWait(20);
+    }
+
+    window.showSettings();
+    if (SettingsView *settings = window.settingsWindow()) {
+        settings->adjustSize();
+        ok = save(*settings, out.filePath(QStringLiteral("settings.png"))) && ok;
     }
     state.waitForPendingWrites();
     return ok ? 0 : 1;
