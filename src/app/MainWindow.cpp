@@ -1,6 +1,8 @@
 #include "MainWindow.h"
 
 #include "ConsoleShutdown.h"
+#include "HelpMenu.h"
+#include "LaunchAnimationPresenter.h"
 #include "model/LogManager.h"
 #include "platform/SettingsFiles.h"
 #include "presentation/WindowPlacement.h"
@@ -71,9 +73,13 @@ MainWindow::MainWindow(AppState &appState, QWidget *parent, ComputerFormFactory 
     quit->setMenuRole(QAction::QuitRole);
     // Their shortcuts work wherever the focus is in the window.
     addActions({settings, quit});
+    m_helpMenu = new HelpMenu(menuBar()->addMenu(tr("&Help")));
+    m_launchAnimation = new LaunchAnimationPresenter(this);
 
     connect(m_state, &MainWindowState::selectedItemChanged, this, &MainWindow::showSelection);
     connect(m_state, &MainWindowState::isAppReadyChanged, this, &MainWindow::isAppReadyChanged);
+    connect(m_state, &MainWindowState::isAppReadyChanged, m_launchAnimation,
+            &LaunchAnimationPresenter::setAppReady);
     connect(m_sidebar, &ComputerListView::itemChosen, m_state, &MainWindowState::select);
     connect(m_sidebar, &ComputerListView::addRequested, this, &MainWindow::openAddForm);
     connect(m_sidebar, &ComputerListView::editRequested, this, &MainWindow::openEditForm);

@@ -21,7 +21,11 @@ class SettingsView;
 // The console's main window: the sidebar on the left (exactly 300 wide), and on the right
 // the dashboard, the selected computer's detail or the log. The selection is the store's,
 // through MainWindowState. Adding, editing and deleting computers start here; the File
-// menu opens the settings window and quits. Geometry is kept across restarts.
+// menu opens the settings window and quits, the Help menu the maker's pages, About and the
+// assistant. The launch ripple plays once the app is ready. Geometry is kept across restarts.
+class HelpMenu;
+class LaunchAnimationPresenter;
+
 class MainWindow : public QMainWindow {
     Q_OBJECT
     // True one turn of the event loop after the appearance sequence.
@@ -48,6 +52,9 @@ public:
     // Null while no computer is selected.
     ComputerDetailView *detail() const { return m_detail; }
     LogsView *logs() const { return m_logs; }
+    // The Help menu's seams (About, assistant) are set by whoever owns those windows.
+    HelpMenu *helpMenu() const { return m_helpMenu; }
+    LaunchAnimationPresenter *launchAnimation() const { return m_launchAnimation; }
     // Null until first opened.
     SettingsView *settingsWindow() const;
     QWidget *currentPage() const;
@@ -79,4 +86,6 @@ private:
     LogsView *m_logs;
     ComputerDetailView *m_detail = nullptr;
     QPointer<SettingsView> m_settings;
+    HelpMenu *m_helpMenu;
+    LaunchAnimationPresenter *m_launchAnimation;
 };

@@ -1,13 +1,18 @@
+#include "AppLogo.h"
 #include "ConsoleOptions.h"
 #include "ConsoleShutdown.h"
-#include "CrashReportHelper.h"
 #include "ConsoleStartup.h"
+#include "CrashReportHelper.h"
+#include "HelpMenu.h"
 #include "MainWindow.h"
 #include "discovery/BonjourDiscoveryManager.h"
 #include "discovery/avahi/AvahiDiscoveryBackend.h"
 #include "platform/AppIdentity.h"
 #include "platform/Preferences.h"
 #include "remotecontrol/RemoteControlWindowLauncher.h"
+#include "services/CrashReporter.h"
+#include "services/windows/AboutWindowController.h"
+#include "services/windows/AssistantWindowController.h"
 #include "state/AppState.h"
 #include "state/MainWindowState.h"
 #include "state/SetAsideReporter.h"
@@ -48,6 +53,7 @@ int main(int argc, char *argv[])
     QApplication::setOrganizationName(QLatin1String(AppIdentity::organizationName));
     QApplication::setApplicationName(QLatin1String(AppIdentity::applicationName));
     QApplication::setApplicationVersion(ConsoleOptions::version());
+    QApplication::setWindowIcon(AppLogo::icon());
     // SIGTERM, SIGINT and SIGHUP close the windows and quit like the window's close button.
     ConsoleShutdown shutdown;
 
@@ -73,8 +79,14 @@ int main(int argc, char *argv[])
     // The appearance sequence ends by asking for a supervision pass (when it is on).
     QObject::connect(window.state(), &MainWindowState::appeared, &supervision,
                      &SupervisionController::mainViewAppeared);
-    // Shows the window; the crash reporter is installed on the first turn of the event loop.
+    window.helpMenu()->setShowAbout([] { AboutWindowController::shared().showWindow(); });
+    window.helpMenu()->setShowAssistant(
+        [](const QUrl &url) { AssistantWindowController::shared().show(url); });
+    // Shows the window; the crash reporter is installed on the first turn of the event loop,
+    // with this very executable (as it is, even if replaced on disk since) as its helper.
     ConsoleStartup startup(window);
+    startup.setCrashReporterInstall(
+        [] { CrashReporter::install(QStringLiteral("/proc/self/exe")); });
     startup.start();
     return app.exec();
 }

@@ -5,6 +5,7 @@
 #include "FakeZEKTManager.h"
 #include "ScriptedAlertPresenter.h"
 #include "app/ConsoleStartup.h"
+#include "app/LaunchAnimationPresenter.h"
 #include "model/LogManager.h"
 #include "model/UuidText.h"
 #include "platform/PendingActionKeys.h"
@@ -29,6 +30,7 @@
 #include <QCheckBox>
 #include <QListView>
 #include <QMenu>
+#include <QMenuBar>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSettings>
@@ -152,9 +154,18 @@ private Q_SLOTS:
         QCoreApplication::processEvents(); // the first turn
         QCOMPARE(order, (QStringList{"install visible=1 appeared=0", "appeared"}));
         QVERIFY(!window.isAppReady());
+        QVERIFY(!window.launchAnimation()->isAppReady());
         QCoreApplication::processEvents(); // one turn later
         QVERIFY(window.isAppReady());
         QCOMPARE(ready.size(), 1);
+        // The ripple hears it; offscreen it is skipped and still completes.
+        QVERIFY(window.launchAnimation()->isAppReady());
+        QTRY_VERIFY(!window.launchAnimation()->isPlaying());
+        // File first, then Help.
+        QStringList menus;
+        for (QAction *menu : window.menuBar()->actions())
+            menus << menu->text();
+        QCOMPARE(menus, (QStringList{"&File", "&Help"}));
         QCoreApplication::processEvents();
         QCOMPARE(order.size(), 2);
     }
