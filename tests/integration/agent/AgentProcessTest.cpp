@@ -51,6 +51,12 @@ quint32 jpegPixel(const QByteArray &jpeg, int x, int y, QSize *size)
     return quint32(p[0]) << 16 | quint32(p[1]) << 8 | p[2];
 }
 
+QString writeFile(const QString &path, const QByteArray &data)
+{
+    QFile f(path);
+    return f.open(QIODevice::WriteOnly) && f.write(data) == data.size() ? path : QString();
+}
+
 QStringList uploadsIn(const QString &folder)
 {
     return QDir(folder).entryList(QDir::Files | QDir::Hidden, QDir::Name);
@@ -209,11 +215,9 @@ private Q_SLOTS:
         Recorder r;
         auto c = client(m_agent->port(), r);
         QVERIFY(c);
-        const QString local = m_dir.filePath(QStringLiteral("local.txt"));
-        QFile f(local);
-        QVERIFY(f.open(QIODevice::WriteOnly));
-        f.write(QByteArray(300000, 'x') + "end");
-        f.close();
+        const QString local =
+            writeFile(m_dir.filePath(QStringLiteral("local.txt")), QByteArray(300000, 'x') + "end");
+        QVERIFY(!local.isEmpty());
         // Paths are reduced to their last component; hidden names and invisible format
         // characters are cleaned; an existing file is never overwritten.
         const QStringList names = {QStringLiteral("../../etc/passwd"),
@@ -300,11 +304,9 @@ private Q_SLOTS:
         Recorder r;
         auto c = client(agent->port(), r);
         QVERIFY(c);
-        const QString local = m_dir.filePath(QStringLiteral("big.bin"));
-        QFile f(local);
-        QVERIFY(f.open(QIODevice::WriteOnly));
-        f.write(QByteArray(200 * 1024, 'b'));
-        f.close();
+        const QString local =
+            writeFile(m_dir.filePath(QStringLiteral("big.bin")), QByteArray(200 * 1024, 'b'));
+        QVERIFY(!local.isEmpty());
         settle(c->sendFileTransfer(local, QStringLiteral("big.bin"), nullptr));
         QTRY_COMPARE_WITH_TIMEOUT(r.count(QStringLiteral("FileTransferResponseMessage")), 1, 15000);
         const auto verdict = r.all<FileTransferResponseMessage>().first();
@@ -344,10 +346,8 @@ private Q_SLOTS:
                  5); // same words for unknown user and wrong password
         // The sixth attempt, even with the right password, waits out the back-off.
         Recorder r;
-        auto c = ZEKTClient::create(QStringLiteral("127.0.0.1"), agent->port());
-        c->setOnServerIdentityMismatch([](const QString &, const QString &) { return true; });
-        r.attach(*c);
-        QCOMPARE(settle(c->connect()), QString());
+        auto c = client(agent->port(), r, false);
+        QVERIFY(c);
         const QString refused = settle(c->authenticate(kUser, kPassword), 30000);
         QVERIFY2(refused.contains(QStringLiteral("Too many failed logins")), qPrintable(refused));
         c->disconnect();
