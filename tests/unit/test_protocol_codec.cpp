@@ -10,6 +10,7 @@
 #include "HeartbeatResponseMessage.h"
 #include "ScreenCaptureMessage.h"
 #include "SystemStatsMessage.h"
+#include "TestFiles.h"
 #include "ZEKT.h"
 #include "ZEKTCommandResultMessage.h"
 #include "ZEKTError.h"
@@ -395,10 +396,7 @@ private Q_SLOTS:
             QCOMPARE(QString::fromLatin1(shell.readAllStandardOutput()).section(' ', 0, 0),
                      first.fingerprint());
 
-        QFile cert(folder + QLatin1Char('/') + ZEKTIdentity::certificateFileName());
-        QVERIFY(cert.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        cert.write("garbage");
-        cert.close();
+        writeFile(folder + QLatin1Char('/') + ZEKTIdentity::certificateFileName(), "garbage");
         QVERIFY_THROWS_EXCEPTION(ZEKTError, ZEKTIdentity::loadOrCreate(folder));
 
         // Started together (a service and `--fingerprint`, say), every caller gets the one
@@ -437,10 +435,7 @@ private Q_SLOTS:
         QCOMPARE(*ZEKTKnownAgents::fingerprint(QStringLiteral("b:1")).fingerprint,
                  QStringLiteral("f2"));
 
-        QFile file(ZEKTKnownAgents::path());
-        QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        file.write("{not json");
-        file.close();
+        writeFile(ZEKTKnownAgents::path(), "{not json");
         QVERIFY(!ZEKTKnownAgents::fingerprint(QStringLiteral("a:1")).error.isEmpty());
         QVERIFY(ZEKTKnownAgents::store(QStringLiteral("a:1"), QStringLiteral("f4")));
         ZEKTKnownAgents::setPathForTesting({});

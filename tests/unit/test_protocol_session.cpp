@@ -2,6 +2,7 @@
 // main thread, clients on the library's I/O threads.
 
 #include "ProtocolTestKit.h"
+#include "TestFiles.h"
 
 #include "AuthenticationResponseMessage.h"
 #include "DisconnectMessage.h"
@@ -69,15 +70,6 @@ private:
                  .isEmpty())
             return nullptr;
         return client;
-    }
-
-    QString writeFile(const QString &name, const QByteArray &data)
-    {
-        const QString path = m_dir.filePath(name);
-        QFile f(path);
-        f.open(QIODevice::WriteOnly);
-        f.write(data);
-        return path;
     }
 
 private Q_SLOTS:
@@ -329,7 +321,7 @@ private Q_SLOTS:
         QByteArray data(size, Qt::Uninitialized);
         for (int i = 0; i < size; ++i)
             data[i] = static_cast<char>(QRandomGenerator::global()->generate());
-        const QString path = writeFile(QStringLiteral("upload.bin"), data);
+        const QString path = writeFile(m_dir.filePath(QStringLiteral("upload.bin")), data);
 
         Recorder r;
         auto client = loggedIn(r);
@@ -359,7 +351,7 @@ private Q_SLOTS:
         Recorder r;
         auto client = loggedIn(r);
         QVERIFY(client);
-        const QString refused = writeFile(QStringLiteral("refuse.txt"), "abc");
+        const QString refused = writeFile(m_dir.filePath(QStringLiteral("refuse.txt")), "abc");
         QCOMPARE(settle(client->sendFileTransfer(refused, std::nullopt, {})),
                  QStringLiteral("The agent refused the file: Disk full"));
 
