@@ -8,6 +8,7 @@
 #include "HandshakeResponseMessage.h"
 #include "HeartbeatMessage.h"
 #include "HeartbeatResponseMessage.h"
+#include "ProtocolTestKit.h"
 #include "ScreenCaptureMessage.h"
 #include "SystemStatsMessage.h"
 #include "TestFiles.h"
@@ -28,7 +29,6 @@
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QtEndian>
 
 #include <thread>
 #include <vector>
@@ -64,14 +64,6 @@ QList<ZEKTFrame> readAll(const QByteArray &bytes, qsizetype step, QString *error
         }
     }
     return frames;
-}
-
-QByteArray header(quint32 length, quint16 type)
-{
-    QByteArray h(6, 0);
-    qToBigEndian(length, h.data());
-    qToBigEndian(type, h.data() + 4);
-    return h;
 }
 
 ZEKTMessagePtr roundTrip(const ZEKTMessage &message)
@@ -118,19 +110,19 @@ private Q_SLOTS:
     {
         QString error;
         // A header announcing 4 GiB with no body: refused from the header alone.
-        QCOMPARE(readAll(header(0xffffffffu, 69), 6, &error).size(), 0);
+        QCOMPARE(readAll(frameHeader(0xffffffffu, 69), 6, &error).size(), 0);
         QVERIFY(error.contains(QStringLiteral("exceeds the limit")));
 
         // Exactly at the limit passes, one byte more does not.
         const qsizetype limit = 4096;
-        const QByteArray fits = header(limit - 4, 69) + QByteArray(limit - 6, 'x');
+        const QByteArray fits = frameHeader(limit - 4, 69) + QByteArray(limit - 6, 'x');
         QCOMPARE(readAll(fits, 1000, &error, limit).size(), 1);
         error.clear();
-        QCOMPARE(readAll(header(limit - 3, 69), 6, &error, limit).size(), 0);
+        QCOMPARE(readAll(frameHeader(limit - 3, 69), 6, &error, limit).size(), 0);
         QVERIFY(!error.isEmpty());
 
         error.clear();
-        QCOMPARE(readAll(header(1, 69) + "x", 10, &error).size(), 0);
+        QCOMPARE(readAll(frameHeader(1, 69) + "x", 10, &error).size(), 0);
         QVERIFY(error.contains(QStringLiteral("too short")));
     }
 
