@@ -3,6 +3,7 @@
 // supervision brings a computer back after its agent was killed and restarted.
 // What the console does is read from its log, which it mirrors to stdout.
 
+#include "../unit/TestFiles.h"
 #include "AgentProcess.h"
 #include "model/ComputerJson.h"
 #include "platform/AppPaths.h"
@@ -148,20 +149,15 @@ private Q_SLOTS:
         QCOMPARE(run.out, "Queued connection for " + computerName + "\n");
         QVERIFY2(console.waitForLine(statusLine(true), 30000), qPrintable(console.transcript()));
 
-        QFile source(m_dir.filePath("weekly-report.txt"));
-        QVERIFY(source.open(QIODevice::WriteOnly));
         const QByteArray content = QByteArray("telvane end to end\n").repeated(1000);
-        source.write(content);
-        source.close();
-        run = telvanectl({"upload", "--file", source.fileName(), "--computer-name", "E2E"});
+        const QString source = writeFile(m_dir.filePath("weekly-report.txt"), content);
+        run = telvanectl({"upload", "--file", source, "--computer-name", "E2E"});
         QCOMPARE(run.exitCode, 0);
         QCOMPARE(run.out, "Queued upload of weekly-report.txt to " + computerName + "\n");
         const QString delivered = m_dir.filePath("uploads/weekly-report.txt");
         QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(delivered), 30000);
-        QFile received(delivered);
         QTRY_COMPARE_WITH_TIMEOUT(QFileInfo(delivered).size(), qint64(content.size()), 10000);
-        QVERIFY(received.open(QIODevice::ReadOnly));
-        QCOMPARE(received.readAll(), content);
+        QCOMPARE(readFile(delivered), content);
         const QDir staging(AppPaths::sharedContainerDirectory() + "/AppIntentUploads");
         QTRY_VERIFY_WITH_TIMEOUT(staging.entryList(QDir::Files).isEmpty(), 10000);
 

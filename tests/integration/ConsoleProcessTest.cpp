@@ -1,6 +1,7 @@
 // The console binary as a user starts it: its command line without any display, and its
 // start and end around the stored list.
 
+#include "../unit/TestFiles.h"
 #include "ProcessSignals.h"
 #include "model/ComputerJson.h"
 #include "platform/SettingsFiles.h"
@@ -151,10 +152,7 @@ private Q_SLOTS:
         const QFileInfo info(path);
         QDir(info.absolutePath()).removeRecursively();
         QVERIFY(SettingsFiles::makePrivateFolder(info.absolutePath()));
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(suite);
-        file.close();
+        writeFile(path, suite);
 
         QProcess console;
         console.start(
@@ -171,15 +169,10 @@ private Q_SLOTS:
         QCOMPARE(console.exitCode(), 0);
         const QString err = QString::fromLocal8Bit(console.readAllStandardError());
         QVERIFY2(err.contains(QStringLiteral("telvane: ")) && err.contains(copy), qPrintable(err));
-        QFile kept(copy);
-        QVERIFY(kept.open(QIODevice::ReadOnly));
-        QCOMPARE(kept.readAll(), suite);
+        QCOMPARE(readFile(copy), suite);
         // A list that is empty only because it did not decode gets nothing added.
-        if (kind == QLatin1String("undecodable")) {
-            QFile stored(path);
-            QVERIFY(stored.open(QIODevice::ReadOnly));
-            QCOMPARE(stored.readAll(), suite);
-        }
+        if (kind == QLatin1String("undecodable"))
+            QCOMPARE(readFile(path), suite);
     }
 
     // SIGTERM in the middle of a burst of saves: the list read back is the last one saved.

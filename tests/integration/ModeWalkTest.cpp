@@ -2,6 +2,7 @@
 // loosest umask, every file Telvane and its agent wrote is the user's alone (0600), every
 // folder they made 0700, and the user's own folders around them are untouched.
 
+#include "../unit/TestFiles.h"
 #include "AgentProcess.h"
 #include "ProcessSignals.h"
 #include "model/ComputerJson.h"
@@ -93,11 +94,8 @@ private Q_SLOTS:
         QVERIFY2(waitForOutput("Local walker status to true"), out.constData());
 
         // An upload through telvanectl, carried out by the console, received by the agent.
-        const QString source = QDir::temp().filePath(QStringLiteral("walk-report.txt"));
-        QFile file(source);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write("walk");
-        file.close();
+        const QString source =
+            writeFile(QDir::temp().filePath(QStringLiteral("walk-report.txt")), "walk");
         QCOMPARE(telvanectl({"upload", "--file", source, "--computer-name", "walker"}), 0);
         const QString received = agentFolder + QStringLiteral("/uploads/walk-report.txt");
         QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(received), 30000);

@@ -2,6 +2,7 @@
 #include "AgentProcess.h"
 #include "LogLines.h"
 #include "ScriptedAlertPresenter.h"
+#include "TestFiles.h"
 #include "model/UuidText.h"
 #include "platform/AppPaths.h"
 #include "platform/NotificationHub.h"
@@ -92,16 +93,13 @@ private Q_SLOTS:
         QVERIFY2(frames.size() >= 5, qPrintable(QString::number(frames.size())));
         QCOMPARE(frames.first().at(1).toMap().value("computerID").toUuid(), computer.id);
 
-        QFile file(dir.filePath("five.bin"));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(QByteArray(5 * 1024 * 1024, 'z'));
-        file.close();
+        const QString five = writeFile(dir.filePath("five.bin"), QByteArray(5 * 1024 * 1024, 'z'));
         QStringList statuses;
         connect(state.get(), &AppState::fileTransferChanged, this, [&] {
             if (statuses.value(statuses.size() - 1) != state->fileTransferStatus())
                 statuses << state->fileTransferStatus();
         });
-        manager().sendFileTransfer(computer, file.fileName(), std::nullopt, false);
+        manager().sendFileTransfer(computer, five, std::nullopt, false);
         QTRY_VERIFY_WITH_TIMEOUT(statuses.size() >= 2 && !state->isFileTransferInProgress(), 30000);
         QVERIFY2(statuses.indexOf("Sending file...") >= 0, qPrintable(statuses.join('|')));
         QVERIFY(statuses.indexOf("Sending file...") <

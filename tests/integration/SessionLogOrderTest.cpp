@@ -7,6 +7,7 @@
 #include "AgentProcess.h"
 #include "LogLines.h"
 #include "ScriptedAlertPresenter.h"
+#include "TestFiles.h"
 #include "session/ZEKTManager.h"
 #include "state/AppState.h"
 
@@ -99,11 +100,8 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(record().thumbnailImage.has_value(), 10000);
         settle();
 
-        QFile file(dir.filePath("note.txt"));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write("transcript");
-        file.close();
-        manager.sendFileTransfer(computer, file.fileName(), std::nullopt, false);
+        manager.sendFileTransfer(computer, writeFile(dir.filePath("note.txt"), "transcript"),
+                                 std::nullopt, false);
         QTRY_VERIFY_WITH_TIMEOUT(state->fileTransferStatus().startsWith("File received"), 20000);
         settle();
 
@@ -119,15 +117,13 @@ private Q_SLOTS:
 
         const QString recordTo = qEnvironmentVariable("TELVANE_RECORD_TRANSCRIPT");
         if (!recordTo.isEmpty()) {
-            QFile out(recordTo);
-            QVERIFY(out.open(QIODevice::WriteOnly | QIODevice::Truncate));
-            out.write((transcript.join('\n') + '\n').toUtf8());
+            writeFile(recordTo, (transcript.join('\n') + '\n').toUtf8());
             QSKIP("transcript recorded");
         }
-        QFile expectedFile(QStringLiteral(TELVANE_SESSION_TRANSCRIPT));
-        QVERIFY(expectedFile.open(QIODevice::ReadOnly));
         const QStringList expected =
-            QString::fromUtf8(expectedFile.readAll()).split('\n', Qt::SkipEmptyParts);
+            QString::fromUtf8(readFile(QStringLiteral(TELVANE_SESSION_TRANSCRIPT)))
+                .split('\n', Qt::SkipEmptyParts);
+        QVERIFY(!expected.isEmpty());
         for (const bool library : {false, true}) {
             const QStringList got = linesFrom(transcript, library);
             const QStringList want = linesFrom(expected, library);

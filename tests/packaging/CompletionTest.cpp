@@ -1,6 +1,7 @@
 // Tab completion as bash runs it: the completion scripts are sourced into bash, the words
 // typed so far are set, and the replies are read back.
 
+#include "../unit/TestFiles.h"
 #include "model/ComputerJson.h"
 #include "model/UuidText.h"
 #include "platform/SettingsFiles.h"
@@ -112,9 +113,7 @@ private Q_SLOTS:
         const QString path = SettingsFiles::sharedSuitePath();
         QFile::remove(path);
         if (damage == "garbage") {
-            QFile file(path);
-            QVERIFY(file.open(QIODevice::WriteOnly));
-            file.write(QByteArray("[General\n\x01\xff remoteComputers=\"{{{", 32));
+            writeFile(path, QByteArray("[General\n\x01\xff remoteComputers=\"{{{", 32));
         } else if (damage == "not a list") {
             const auto suite = SettingsFiles::openSharedSuite();
             suite->setValue("remoteComputers", QByteArray("{\"not\": \"a list\"}"));

@@ -1,4 +1,5 @@
 #include "state/AppState.h"
+#include "TestFiles.h"
 #include "model/ComputerJson.h"
 #include "model/LogManager.h"
 #include "model/UuidText.h"
@@ -56,13 +57,6 @@ void settle()
 {
     // Let queued log appends and main-thread hops run.
     QTest::qWait(30);
-}
-
-void writeFile(const QString &path, const QByteArray &data)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(data);
 }
 
 } // namespace

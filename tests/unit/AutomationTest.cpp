@@ -1,6 +1,7 @@
 // The automation side: staging, the queue it writes, the stored list it reads and the
 // texts and errors of the actions.
 
+#include "TestFiles.h"
 #include "automation/ConnectToComputerIntent.h"
 #include "automation/GetComputerStatusIntent.h"
 #include "automation/SharedAppState.h"
@@ -35,14 +36,6 @@ void store(QSettings &settings, const QList<RemoteComputer> &computers)
 {
     settings.setValue(QStringLiteral("remoteComputers"), ComputerJson::encodeList(computers));
     settings.sync();
-}
-
-QString writeFile(const QString &path, const QByteArray &data)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(data) != data.size())
-        qFatal("cannot write %s", qPrintable(path));
-    return path;
 }
 
 bool setModified(const QString &path, int daysAgo)

@@ -15,7 +15,17 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QThread>
+#include <QtEndian>
 #include <atomic>
+
+// A frame header as it goes on the wire: the big-endian length (type and body), the type.
+inline QByteArray frameHeader(quint32 length, quint16 type)
+{
+    QByteArray h(6, 0);
+    qToBigEndian(length, h.data());
+    qToBigEndian(type, h.data() + 4);
+    return h;
+}
 
 struct FakeVerifier : ZEKTCredentialVerifier {
     std::atomic<int> calls{0};

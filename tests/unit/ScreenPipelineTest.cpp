@@ -5,23 +5,11 @@
 #include "protocol/ScreenCaptureMessage.h"
 #include "session/DecodedFrameCache.h"
 
-#include <QBuffer>
 #include <QFile>
 #include <QSignalSpy>
 #include <cmath>
 
 namespace {
-
-QByteArray encoded(int width, int height, const char *format)
-{
-    QImage image(width, height, QImage::Format_RGB32);
-    image.fill(Qt::darkCyan);
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, format);
-    return bytes;
-}
 
 std::shared_ptr<ScreenCaptureMessage> capture(const QByteArray &data)
 {
@@ -74,9 +62,9 @@ private Q_SLOTS:
         ScreenImageDecoder decoder;
         QFile::remove(ScreenImageDecoder::temporaryFilePath());
         LogLines::clear();
-        const QByteArray jpeg = encoded(64, 48, "JPEG");
+        const QByteArray jpeg = encodedImage(64, 48, "JPEG");
         QCOMPARE(decoder.decodeQuietly(jpeg).size(), QSize(64, 48));
-        QCOMPARE(decoder.decodeQuietly(encoded(64, 48, "PNG")).size(), QSize(64, 48));
+        QCOMPARE(decoder.decodeQuietly(encodedImage(64, 48, "PNG")).size(), QSize(64, 48));
         // A frame cut short still shows what arrived, as in the pipeline.
         QCOMPARE(decoder.decodeQuietly(jpeg.left(jpeg.size() - 8)).size(), QSize(64, 48));
         QVERIFY(decoder.decodeQuietly(QByteArray(32, '\x07')).isNull());
@@ -134,19 +122,19 @@ private Q_SLOTS:
     {
         using Stage = ScreenImageDecoder::Stage;
         ScreenImageDecoder decoder;
-        QVERIFY(!decoder.decode(encoded(64, 48, "JPEG")).isNull());
+        QVERIFY(!decoder.decode(encodedImage(64, 48, "JPEG")).isNull());
         QCOMPARE(decoder.lastStage(), Stage::turboJpeg);
-        QVERIFY(!decoder.decode(encoded(64, 48, "PNG")).isNull());
+        QVERIFY(!decoder.decode(encodedImage(64, 48, "PNG")).isNull());
         QCOMPARE(decoder.lastStage(), Stage::generalDecoder);
         // Stray bytes before the image defeat the general decoder, not the image source.
-        QCOMPARE(decoder.decode("garbage" + encoded(64, 48, "PNG")).size(), QSize(64, 48));
+        QCOMPARE(decoder.decode("garbage" + encodedImage(64, 48, "PNG")).size(), QSize(64, 48));
         QCOMPARE(decoder.lastStage(), Stage::imageSource);
 
         LogLines::clear();
         decoder.setStageEnabledForTesting(Stage::turboJpeg, false);
         decoder.setStageEnabledForTesting(Stage::generalDecoder, false);
         decoder.setStageEnabledForTesting(Stage::imageSource, false);
-        QVERIFY(!decoder.decode(encoded(64, 48, "JPEG")).isNull());
+        QVERIFY(!decoder.decode(encodedImage(64, 48, "JPEG")).isNull());
         QCOMPARE(decoder.lastStage(), Stage::diskFallback);
         QVERIFY(QFile::exists(ScreenImageDecoder::temporaryFilePath()));
         QCOMPARE(LogLines::count("SCREEN", "Successfully loaded image from disk fallback"), 1);
@@ -169,7 +157,7 @@ private Q_SLOTS:
         SessionHarness h;
         QVERIFY(h.connect());
         QSignalSpy posted(&NotificationHub::shared(), &NotificationHub::notificationPosted);
-        const QByteArray jpeg = encoded(1920, 1080, "JPEG");
+        const QByteArray jpeg = encodedImage(1920, 1080, "JPEG");
 
         // Neither streaming nor waiting for a preview: dropped before decoding.
         h.fake().sendMessage(capture(jpeg));

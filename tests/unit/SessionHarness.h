@@ -6,7 +6,21 @@
 #include "session/ZEKTManager.h"
 #include "state/AppState.h"
 
+#include <QBuffer>
+#include <QImage>
 #include <QTest>
+
+// A plain image of that size in `format`, as an agent would send it.
+inline QByteArray encodedImage(int width, int height, const char *format = "JPEG")
+{
+    QImage image(width, height, QImage::Format_RGB32);
+    image.fill(Qt::darkCyan);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, format);
+    return bytes;
+}
 
 // One AppState with a session manager whose clients are fakes, and one stored computer.
 struct SessionHarness {

@@ -2,6 +2,7 @@
 // file, the in-app log line and the one alert at start.
 
 #include "ScriptedAlertPresenter.h"
+#include "TestFiles.h"
 #include "automation/SharedAppState.h"
 #include "model/ComputerJson.h"
 #include "model/LogManager.h"
@@ -17,19 +18,6 @@
 #include <sys/stat.h>
 
 namespace {
-
-QByteArray contentsOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void writeFile(const QString &path, const QByteArray &data)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    file.write(data);
-}
 
 // Copies beside the suite file whose name says `kind`, oldest first.
 QStringList copiesOf(const QString &kind)
@@ -75,7 +63,7 @@ void verifyOneCopyTold(const QString &kind, const QByteArray &original,
     const QStringList copies = copiesOf(kind);
     QCOMPARE(copies.size(), 1);
     *copy = copies.first();
-    QCOMPARE(contentsOf(*copy), original);
+    QCOMPARE(readFile(*copy), original);
     QCOMPARE(modeOf(*copy), 0600);
     QTRY_COMPARE(alerts.shown.size(), 1);
     QVERIFY2(alerts.shown.first().text.contains(*copy), qPrintable(alerts.shown.first().text));
@@ -126,7 +114,7 @@ private Q_SLOTS:
     void undecodableListIsKeptBeforeAnythingReplacesIt()
     {
         storeUndecodableList(70000);
-        const QByteArray original = contentsOf(SettingsFiles::sharedSuitePath());
+        const QByteArray original = readFile(SettingsFiles::sharedSuitePath());
         ScriptedAlertPresenter alerts;
         SetAsideReporter reporter(alerts);
         AppState state;
@@ -135,7 +123,7 @@ private Q_SLOTS:
         seed.host = QStringLiteral("127.0.0.1");
         QVERIFY(!state.addComputerIfEmpty(seed));
         state.waitForPendingWrites();
-        QCOMPARE(contentsOf(SettingsFiles::sharedSuitePath()), original);
+        QCOMPARE(readFile(SettingsFiles::sharedSuitePath()), original);
 
         QString copy;
         verifyOneCopyTold(QStringLiteral("undecodable"), original, alerts, &copy);
@@ -175,12 +163,12 @@ private Q_SLOTS:
             AppState state; // migrates and loads a list that decodes
             state.waitForPendingWrites();
             storeUndecodableList(65536); // broken by another tool while the console runs
-            original = contentsOf(SettingsFiles::sharedSuitePath());
+            original = readFile(SettingsFiles::sharedSuitePath());
             state.addComputer(legacy);
             state.waitForPendingWrites();
         } else {
             storeUndecodableList(65536);
-            original = contentsOf(SettingsFiles::sharedSuitePath());
+            original = readFile(SettingsFiles::sharedSuitePath());
             if (writer == QLatin1String("migration"))
                 QCOMPARE(AppState().computers().size(), 1);
             else
@@ -188,7 +176,7 @@ private Q_SLOTS:
         }
         const QStringList copies = copiesOf(QStringLiteral("undecodable"));
         QCOMPARE(copies.size(), 1);
-        QCOMPARE(contentsOf(copies.first()), original);
+        QCOMPARE(readFile(copies.first()), original);
     }
 
     void fiveNewestCopiesAreKept()
@@ -196,14 +184,14 @@ private Q_SLOTS:
         QList<QByteArray> originals;
         for (int run = 0; run < 7; ++run) {
             storeUndecodableList(70000 + run);
-            originals << contentsOf(SettingsFiles::sharedSuitePath());
+            originals << readFile(SettingsFiles::sharedSuitePath());
             AppState state;
             state.waitForPendingWrites();
         }
         const QStringList copies = copiesOf(QStringLiteral("undecodable"));
         QCOMPARE(copies.size(), 5);
         for (int i = 0; i < 5; ++i)
-            QCOMPARE(contentsOf(copies.at(i)), originals.at(i + 2));
+            QCOMPARE(readFile(copies.at(i)), originals.at(i + 2));
     }
 };
 

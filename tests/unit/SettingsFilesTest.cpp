@@ -2,6 +2,7 @@
 // cache: same size, same millisecond time stamp.
 
 #include "platform/SettingsFiles.h"
+#include "TestFiles.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -43,14 +44,9 @@ private Q_SLOTS:
 
         // Another process replaces the id with one of the same length, and the file ends
         // up with the time stamp this process has cached.
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        QByteArray text = file.readAll();
-        file.close();
-        text.replace("AAAA", "BBBB");
-        QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        file.write(text);
-        file.close();
+        QByteArray text = readFile(path);
+        QVERIFY(text.contains("AAAA"));
+        writeFile(path, text.replace("AAAA", "BBBB"));
         setModified(path, cachedStamp);
 
         SettingsFiles::writeSynchronized(*suite, [](QSettings &settings) {
@@ -58,8 +54,7 @@ private Q_SLOTS:
                      QStringLiteral("BBBB"));
             settings.setValue(QStringLiteral("pendingDisconnection"), QStringLiteral("CCCC"));
         });
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        text = file.readAll();
+        text = readFile(path);
         QVERIFY2(text.contains("pendingConnection=BBBB"), text.constData());
         QVERIFY(text.contains("pendingDisconnection=CCCC"));
 

@@ -65,7 +65,6 @@ private Q_SLOTS:
             QVERIFY(help.out.startsWith("Usage: telvanectl " + action));
             QVERIFY(help.err.isEmpty());
         }
-        QVERIFY(telvanectl({"upload", "--help"}).out.contains("--file PATH"));
     }
 
     void returnedTextOnStdoutOnly()

@@ -1,4 +1,5 @@
 #include "services/UpdateFeed.h"
+#include "TestFiles.h"
 #include "services/DownloadFileNames.h"
 #include "services/DownloadProgressContent.h"
 
@@ -181,10 +182,8 @@ private Q_SLOTS:
         QFETCH(QStringList, present);
         QFETCH(QString, chosen);
         QTemporaryDir folder;
-        for (const QString &name : present) {
-            QFile file(folder.filePath(name));
-            QVERIFY(file.open(QIODevice::WriteOnly));
-        }
+        for (const QString &name : present)
+            writeFile(folder.filePath(name), {});
         const QString name = DownloadFileNames::plainName(suggested, QStringLiteral("download"));
         QCOMPARE(DownloadFileNames::firstFreeName(folder.path(), name), chosen);
     }

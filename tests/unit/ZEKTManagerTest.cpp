@@ -1,5 +1,6 @@
 // Connection lifecycle, network state, message dispatch and commands of the session manager.
 #include "SessionHarness.h"
+#include "TestFiles.h"
 
 #include "protocol/AuthenticationResponseMessage.h"
 #include "protocol/DisconnectMessage.h"
@@ -255,10 +256,7 @@ private Q_SLOTS:
 
         QTemporaryDir dir;
         for (const bool succeed : {true, false}) {
-            const QString path = dir.filePath("staged.bin");
-            QFile file(path);
-            QVERIFY(file.open(QIODevice::WriteOnly));
-            file.close();
+            const QString path = writeFile(dir.filePath("staged.bin"), {});
             h.manager->sendFileTransfer(h.computer, path, std::nullopt, true);
             QCOMPARE(h.fake().lastArguments("sendFileTransfer").at(1).toString(), "staged.bin");
             // Progress arrives on a library thread.

@@ -8,8 +8,10 @@
 #include "HandshakeResponseMessage.h"
 #include "HeartbeatMessage.h"
 #include "HeartbeatResponseMessage.h"
+#include "ProtocolTestKit.h"
 #include "ScreenCaptureMessage.h"
 #include "SystemStatsMessage.h"
+#include "TestFiles.h"
 #include "ZEKT.h"
 #include "ZEKTCommandResultMessage.h"
 #include "ZEKTError.h"
@@ -27,7 +29,6 @@
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QtEndian>
 
 #include <thread>
 #include <vector>
@@ -63,14 +64,6 @@ QList<ZEKTFrame> readAll(const QByteArray &bytes, qsizetype step, QString *error
         }
     }
     return frames;
-}
-
-QByteArray header(quint32 length, quint16 type)
-{
-    QByteArray h(6, 0);
-    qToBigEndian(length, h.data());
-    qToBigEndian(type, h.data() + 4);
-    return h;
 }
 
 ZEKTMessagePtr roundTrip(const ZEKTMessage &message)
@@ -117,19 +110,19 @@ private Q_SLOTS:
     {
         QString error;
         // A header announcing 4 GiB with no body: refused from the header alone.
-        QCOMPARE(readAll(header(0xffffffffu, 69), 6, &error).size(), 0);
+        QCOMPARE(readAll(frameHeader(0xffffffffu, 69), 6, &error).size(), 0);
         QVERIFY(error.contains(QStringLiteral("exceeds the limit")));
 
         // Exactly at the limit passes, one byte more does not.
         const qsizetype limit = 4096;
-        const QByteArray fits = header(limit - 4, 69) + QByteArray(limit - 6, 'x');
+        const QByteArray fits = frameHeader(limit - 4, 69) + QByteArray(limit - 6, 'x');
         QCOMPARE(readAll(fits, 1000, &error, limit).size(), 1);
         error.clear();
-        QCOMPARE(readAll(header(limit - 3, 69), 6, &error, limit).size(), 0);
+        QCOMPARE(readAll(frameHeader(limit - 3, 69), 6, &error, limit).size(), 0);
         QVERIFY(!error.isEmpty());
 
         error.clear();
-        QCOMPARE(readAll(header(1, 69) + "x", 10, &error).size(), 0);
+        QCOMPARE(readAll(frameHeader(1, 69) + "x", 10, &error).size(), 0);
         QVERIFY(error.contains(QStringLiteral("too short")));
     }
 
@@ -395,10 +388,7 @@ private Q_SLOTS:
             QCOMPARE(QString::fromLatin1(shell.readAllStandardOutput()).section(' ', 0, 0),
                      first.fingerprint());
 
-        QFile cert(folder + QLatin1Char('/') + ZEKTIdentity::certificateFileName());
-        QVERIFY(cert.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        cert.write("garbage");
-        cert.close();
+        writeFile(folder + QLatin1Char('/') + ZEKTIdentity::certificateFileName(), "garbage");
         QVERIFY_THROWS_EXCEPTION(ZEKTError, ZEKTIdentity::loadOrCreate(folder));
 
         // Started together (a service and `--fingerprint`, say), every caller gets the one
@@ -437,10 +427,7 @@ private Q_SLOTS:
         QCOMPARE(*ZEKTKnownAgents::fingerprint(QStringLiteral("b:1")).fingerprint,
                  QStringLiteral("f2"));
 
-        QFile file(ZEKTKnownAgents::path());
-        QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        file.write("{not json");
-        file.close();
+        writeFile(ZEKTKnownAgents::path(), "{not json");
         QVERIFY(!ZEKTKnownAgents::fingerprint(QStringLiteral("a:1")).error.isEmpty());
         QVERIFY(ZEKTKnownAgents::store(QStringLiteral("a:1"), QStringLiteral("f4")));
         ZEKTKnownAgents::setPathForTesting({});

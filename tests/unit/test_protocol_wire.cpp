@@ -16,22 +16,13 @@
 #include <QSslConfiguration>
 #include <QSslSocket>
 #include <QTcpServer>
-#include <QtEndian>
 
 #include <cerrno>
 
 namespace {
-QByteArray header(quint32 length, quint16 type)
-{
-    QByteArray h(6, 0);
-    qToBigEndian(length, h.data());
-    qToBigEndian(type, h.data() + 4);
-    return h;
-}
-
 QByteArray frameOf(ZEKTFrameType type, const QByteArray &body)
 {
-    return header(static_cast<quint32>(body.size() + 2), static_cast<quint16>(type)) + body;
+    return frameHeader(static_cast<quint32>(body.size() + 2), static_cast<quint16>(type)) + body;
 }
 
 QByteArray handshake()
@@ -215,12 +206,12 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("script");
         QTest::addColumn<QString>("expected");
         QTest::newRow("oversized before login")
-            << handshake() + header(5000, static_cast<quint16>(ZEKTFrameType::error))
+            << handshake() + frameHeader(5000, static_cast<quint16>(ZEKTFrameType::error))
             << "exceeds the limit";
         QTest::newRow("garbage body")
             << handshake() + frameOf(ZEKTFrameType::error, QByteArray("\xa1\x01", 2))
             << "malformed";
-        QTest::newRow("short length") << handshake() + header(1, 0) << "too short";
+        QTest::newRow("short length") << handshake() + frameHeader(1, 0) << "too short";
         QTest::newRow("image before handshake")
             << frameOf(ZEKTFrameType::screenImage, QByteArray("\xa0", 1)) << "malformed";
     }
@@ -266,7 +257,8 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("bytes");
         QTest::addColumn<QString>("expected");
         QTest::newRow("oversized before login")
-            << header(100000, static_cast<quint16>(ZEKTFrameType::hello)) << "exceeds the limit";
+            << frameHeader(100000, static_cast<quint16>(ZEKTFrameType::hello))
+            << "exceeds the limit";
         QTest::newRow("command before login")
             << ZEKTMessageCodec::encodeRequest(hello) + ZEKTMessageCodec::encodeRequest(capture)
             << "Authentication is required";

@@ -3,6 +3,7 @@
 #include "AgentProcess.h"
 #include "ProtocolTestKit.h"
 #include "RawAgentConnection.h"
+#include "TestFiles.h"
 
 #include "AuthenticationResponseMessage.h"
 #include "DisconnectMessage.h"
@@ -209,11 +210,8 @@ private Q_SLOTS:
         Recorder r;
         auto c = client(m_agent->port(), r);
         QVERIFY(c);
-        const QString local = m_dir.filePath(QStringLiteral("local.txt"));
-        QFile f(local);
-        QVERIFY(f.open(QIODevice::WriteOnly));
-        f.write(QByteArray(300000, 'x') + "end");
-        f.close();
+        const QString local =
+            writeFile(m_dir.filePath(QStringLiteral("local.txt")), QByteArray(300000, 'x') + "end");
         // Paths are reduced to their last component; hidden names and invisible format
         // characters are cleaned; an existing file is never overwritten.
         const QStringList names = {QStringLiteral("../../etc/passwd"),
@@ -229,9 +227,7 @@ private Q_SLOTS:
         QCOMPARE(uploadsIn(m_uploads),
                  QStringList({QStringLiteral("evilname (1).txt"), QStringLiteral("evilname.txt"),
                               QStringLiteral("passwd"), QStringLiteral("tabbed")}));
-        QFile stored(m_uploads + QStringLiteral("/evilname.txt"));
-        QVERIFY(stored.open(QIODevice::ReadOnly));
-        QCOMPARE(stored.readAll().size(), 300003);
+        QCOMPARE(readFile(m_uploads + QStringLiteral("/evilname.txt")).size(), 300003);
         c->disconnect();
     }
 
@@ -300,11 +296,8 @@ private Q_SLOTS:
         Recorder r;
         auto c = client(agent->port(), r);
         QVERIFY(c);
-        const QString local = m_dir.filePath(QStringLiteral("big.bin"));
-        QFile f(local);
-        QVERIFY(f.open(QIODevice::WriteOnly));
-        f.write(QByteArray(200 * 1024, 'b'));
-        f.close();
+        const QString local =
+            writeFile(m_dir.filePath(QStringLiteral("big.bin")), QByteArray(200 * 1024, 'b'));
         settle(c->sendFileTransfer(local, QStringLiteral("big.bin"), nullptr));
         QTRY_COMPARE_WITH_TIMEOUT(r.count(QStringLiteral("FileTransferResponseMessage")), 1, 15000);
         const auto verdict = r.all<FileTransferResponseMessage>().first();
@@ -344,10 +337,8 @@ private Q_SLOTS:
                  5); // same words for unknown user and wrong password
         // The sixth attempt, even with the right password, waits out the back-off.
         Recorder r;
-        auto c = ZEKTClient::create(QStringLiteral("127.0.0.1"), agent->port());
-        c->setOnServerIdentityMismatch([](const QString &, const QString &) { return true; });
-        r.attach(*c);
-        QCOMPARE(settle(c->connect()), QString());
+        auto c = client(agent->port(), r, false);
+        QVERIFY(c);
         const QString refused = settle(c->authenticate(kUser, kPassword), 30000);
         QVERIFY2(refused.contains(QStringLiteral("Too many failed logins")), qPrintable(refused));
         c->disconnect();

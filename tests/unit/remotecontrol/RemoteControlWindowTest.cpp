@@ -5,7 +5,6 @@
 #include "SessionHarness.h"
 #include "platform/NotificationHub.h"
 #include "platform/SettingsFiles.h"
-#include "ui/ElidedLabel.h"
 #include "remotecontrol/FrameRateSlider.h"
 #include "remotecontrol/RemoteControlView.h"
 #include "remotecontrol/RemoteControlViewController.h"
@@ -13,9 +12,9 @@
 #include "remotecontrol/RemoteControlWindowLauncher.h"
 #include "remotecontrol/RemoteFrameView.h"
 #include "session/DecodedFrameCache.h"
+#include "ui/ElidedLabel.h"
 
 #include <QApplication>
-#include <QBuffer>
 #include <QLabel>
 #include <QSettings>
 #include <QSignalSpy>
@@ -23,17 +22,6 @@
 #include <QStyleOptionSlider>
 
 namespace {
-
-QByteArray jpeg(int width, int height)
-{
-    QImage image(width, height, QImage::Format_RGB32);
-    image.fill(Qt::darkCyan);
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, "JPEG");
-    return bytes;
-}
 
 // One computer, its session manager over fakes, and a window opened through the factory.
 struct Session {
@@ -90,7 +78,7 @@ struct Session {
     // Shows a frame of a remote screen of that size and waits until it is on screen.
     bool showFrame(int width, int height)
     {
-        post(jpeg(64, 32), quint32(width), quint32(height));
+        post(encodedImage(64, 32), quint32(width), quint32(height));
         return QTest::qWaitFor([&] { return view().serverScreenSize() == QSizeF(width, height); });
     }
     void key(QEvent::Type type, int key, quint32 scanCode, Qt::KeyboardModifiers modifiers = {},
@@ -203,7 +191,7 @@ private Q_SLOTS:
     {
         Session s;
         QVERIFY(s.open());
-        const QByteArray frame = jpeg(200, 100);
+        const QByteArray frame = encodedImage(200, 100);
         // Three stray bytes before the marker; no display size: the image's own.
         s.post("abc" + frame);
         QTRY_COMPARE(s.view().serverScreenSize(), QSizeF(200, 100));
@@ -220,9 +208,9 @@ private Q_SLOTS:
         QCOMPARE(s.view().currentScreenImage().size(), QSize(200, 100));
 
         // Other computers and ill-typed entries are ignored; a bad width counts as 0.
-        s.post(jpeg(30, 30), 30u, 30u, QVariant::fromValue(QUuid::createUuid()));
-        s.post(jpeg(30, 30), 30u, 30u, s.h.computer.id.toString());
-        s.post(jpeg(40, 20), QStringLiteral("wide"), 1080u);
+        s.post(encodedImage(30, 30), 30u, 30u, QVariant::fromValue(QUuid::createUuid()));
+        s.post(encodedImage(30, 30), 30u, 30u, s.h.computer.id.toString());
+        s.post(encodedImage(40, 20), QStringLiteral("wide"), 1080u);
         QTRY_COMPARE(s.view().serverScreenSize(), QSizeF(40, 20));
 
         // The pipeline's decode of these very bytes is used, repair line included.
