@@ -359,7 +359,7 @@
     </message>
     <message>
         <source>Telvane console: supervise the computers of your fleet.</source>
-        <translation>Telvane-Konsole: Überwachen Sie die Computer Ihres Bestands.</translation>
+        <translation>Telvane-Konsole: Überwachen Sie die Computer Ihrer Geräteflotte.</translation>
     </message>
     <message>
         <source>Options:</source>
