@@ -112,9 +112,9 @@ std::optional<QString> CredentialsFile::setPassword(const QString &path, const Q
                                                     const QString &password)
 {
     if (!isValidUserName(user))
-        return QStringLiteral("Invalid user name");
+        return tr("Invalid user name");
     if (password.isEmpty())
-        return QStringLiteral("The password must not be empty");
+        return tr("The password must not be empty");
     QList<Entry> entries;
     if (QFileInfo::exists(path)) {
         QString error;
@@ -126,15 +126,15 @@ std::optional<QString> CredentialsFile::setPassword(const QString &path, const Q
     entries.removeIf([&](const Entry &e) { return e.user == user; });
     entries.append(makeEntry(user, password));
     if (entries.last().hash.isEmpty())
-        return QStringLiteral("The password could not be hashed");
+        return tr("The password could not be hashed");
 
     const QString folder = QFileInfo(path).absolutePath();
     if (!PrivateFiles::makeFolder(folder))
-        return QStringLiteral("Cannot create the folder %1").arg(folder);
+        return tr("Cannot create the folder %1").arg(folder);
     QByteArray contents;
     for (const Entry &entry : std::as_const(entries))
         contents += formatLine(entry) + '\n';
     if (const auto error = PrivateFiles::write(path, contents))
-        return QStringLiteral("Cannot write %1: %2").arg(path, *error);
+        return tr("Cannot write %1: %2").arg(path, *error);
     return std::nullopt;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QCoreApplication>
 #include <QList>
 #include <QString>
 #include <optional>
@@ -8,6 +9,8 @@
 // The credentials file of the file authentication backend: one line per user,
 // "name:scrypt:N:r:p:salt:hash" (salt and hash in Base64), mode 0600.
 class CredentialsFile {
+    Q_DECLARE_TR_FUNCTIONS(CredentialsFile)
+
 public:
     struct Entry {
         QString user;

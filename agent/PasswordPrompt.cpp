@@ -26,9 +26,9 @@ std::optional<QString> readLine(FILE *in)
     return result;
 }
 
-std::optional<QString> askWithoutEcho(const char *prompt)
+std::optional<QString> askWithoutEcho(const QString &prompt)
 {
-    std::fputs(prompt, stderr);
+    std::fputs(qPrintable(prompt), stderr);
     std::fflush(stderr);
     termios saved{};
     tcgetattr(STDIN_FILENO, &saved);
@@ -48,17 +48,17 @@ std::optional<QString> PasswordPrompt::read(QString *error)
     if (!isatty(STDIN_FILENO)) {
         auto line = readLine(stdin);
         if (!line)
-            *error = QStringLiteral("No password on standard input");
+            *error = tr("No password on standard input");
         return line;
     }
-    const auto first = askWithoutEcho("New password: ");
-    const auto second = first ? askWithoutEcho("Repeat the password: ") : std::nullopt;
+    const auto first = askWithoutEcho(tr("New password: "));
+    const auto second = first ? askWithoutEcho(tr("Repeat the password: ")) : std::nullopt;
     if (!first || !second) {
-        *error = QStringLiteral("No password entered");
+        *error = tr("No password entered");
         return std::nullopt;
     }
     if (*first != *second) {
-        *error = QStringLiteral("The passwords do not match");
+        *error = tr("The passwords do not match");
         return std::nullopt;
     }
     return first;

@@ -21,6 +21,11 @@
 
 namespace {
 
+// The texts of the commands that run and exit; the running agent only logs.
+struct AgentCommands {
+    Q_DECLARE_TR_FUNCTIONS(AgentCommands)
+};
+
 int setPassword(const AgentOptions &options)
 {
     const QString user =
@@ -36,8 +41,8 @@ int setPassword(const AgentOptions &options)
         std::fprintf(stderr, "telvane-agent: %s\n", qPrintable(*failure));
         return 1;
     }
-    std::fprintf(stderr, "telvane-agent: password of %s set in %s\n", qPrintable(user),
-                 qPrintable(path));
+    std::fprintf(stderr, "telvane-agent: %s\n",
+                 qPrintable(AgentCommands::tr("password of %1 set in %2").arg(user, path)));
     return 0;
 }
 
@@ -50,10 +55,10 @@ int printFingerprint(const QString &configDir)
             std::printf("%s\n", qPrintable(identity->fingerprint()));
             return 0;
         }
-        std::fprintf(stderr,
-                     "telvane-agent: no identity in %s; the agent makes one when it first "
-                     "starts with that --config-dir\n",
-                     qPrintable(QDir(configDir).absolutePath()));
+        std::fprintf(stderr, "telvane-agent: %s\n",
+                     qPrintable(AgentCommands::tr("no identity in %1; the agent makes one when "
+                                                  "it first starts with that --config-dir")
+                                    .arg(QDir(configDir).absolutePath())));
     } catch (const ZEKTError &e) {
         std::fprintf(stderr, "telvane-agent: %s\n", qPrintable(e.description()));
     }
@@ -84,7 +89,8 @@ int main(int argc, char *argv[])
     AgentOptions options;
     QString error;
     if (!options.parse(QCoreApplication::arguments(), &error)) {
-        std::fprintf(stderr, "telvane-agent: %s\nTry telvane-agent --help.\n", qPrintable(error));
+        std::fprintf(stderr, "telvane-agent: %s\n%s\n", qPrintable(error),
+                     qPrintable(AgentCommands::tr("Try telvane-agent --help.")));
         return 2;
     }
     switch (options.action) {

@@ -2,6 +2,21 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de_DE">
 <context>
+    <name>AgentCommands</name>
+    <message>
+        <source>password of %1 set in %2</source>
+        <translation>Passwort von %1 in %2 gesetzt</translation>
+    </message>
+    <message>
+        <source>no identity in %1; the agent makes one when it first starts with that --config-dir</source>
+        <translation>keine Identität in %1; der Agent erstellt eine beim ersten Start mit diesem --config-dir</translation>
+    </message>
+    <message>
+        <source>Try telvane-agent --help.</source>
+        <translation>Siehe telvane-agent --help.</translation>
+    </message>
+</context>
+<context>
     <name>AgentOptions</name>
     <message>
         <source>Telvane agent: serves statistics, the screen, input and uploads to the Telvane console.</source>
@@ -94,6 +109,52 @@
     <message>
         <source>Invalid --auth (pam or file): %1</source>
         <translation>Ungültiges --auth (pam oder file): %1</translation>
+    </message>
+</context>
+<context>
+    <name>CredentialsFile</name>
+    <message>
+        <source>Invalid user name</source>
+        <translation>Ungültiger Benutzername</translation>
+    </message>
+    <message>
+        <source>The password must not be empty</source>
+        <translation>Das Passwort darf nicht leer sein</translation>
+    </message>
+    <message>
+        <source>The password could not be hashed</source>
+        <translation>Das Passwort konnte nicht gehasht werden</translation>
+    </message>
+    <message>
+        <source>Cannot create the folder %1</source>
+        <translation>Der Ordner %1 kann nicht angelegt werden</translation>
+    </message>
+    <message>
+        <source>Cannot write %1: %2</source>
+        <translation>%1 kann nicht geschrieben werden: %2</translation>
+    </message>
+</context>
+<context>
+    <name>PasswordPrompt</name>
+    <message>
+        <source>No password on standard input</source>
+        <translation>Kein Passwort auf der Standardeingabe</translation>
+    </message>
+    <message>
+        <source>New password: </source>
+        <translation>Neues Passwort: </translation>
+    </message>
+    <message>
+        <source>Repeat the password: </source>
+        <translation>Passwort wiederholen: </translation>
+    </message>
+    <message>
+        <source>No password entered</source>
+        <translation>Kein Passwort eingegeben</translation>
+    </message>
+    <message>
+        <source>The passwords do not match</source>
+        <translation>Die Passwörter stimmen nicht überein</translation>
     </message>
 </context>
 </TS>

@@ -4,11 +4,23 @@
 
 #include <QCommandLineParser>
 #include <QFileInfo>
-#include <QObject>
+#include <QLocale>
+#include <QTranslator>
 #include <algorithm>
 #include <cstdio>
 
 namespace {
+
+// Read before the application object exists, so no installed translator can be asked: the
+// console's translation is loaded here for these texts alone.
+QString localised(const char *source)
+{
+    static QTranslator translator;
+    static const bool loaded = translator.load(QLocale(), QStringLiteral("telvane"),
+                                               QStringLiteral("_"), QStringLiteral(":/i18n"));
+    const QString translated = loaded ? translator.translate("ConsoleOptions", source) : QString();
+    return translated.isEmpty() ? QString::fromUtf8(source) : translated;
+}
 
 // Qt's own options, which the application object takes out of argv itself. Each is also
 // accepted with two dashes.
@@ -95,14 +107,20 @@ QString helpText(const QString &program, const QList<QCommandLineOption> &option
         width = qMax(width, left.size());
         rows.append({left, option.description()});
     }
-    QString text = QStringLiteral("Usage: %1 [options]\n").arg(program) +
-                   QObject::tr("Telvane console: supervise the computers of your fleet.") +
-                   QStringLiteral("\n\nOptions:\n");
+    QString text =
+        localised(QT_TRANSLATE_NOOP("ConsoleOptions", "Usage: %1 [options]")).arg(program) +
+        QLatin1Char('\n') +
+        localised(QT_TRANSLATE_NOOP("ConsoleOptions",
+                                    "Telvane console: supervise the computers of your fleet.")) +
+        QStringLiteral("\n\n") + localised(QT_TRANSLATE_NOOP("ConsoleOptions", "Options:")) +
+        QLatin1Char('\n');
     for (const auto &[left, description] : rows)
         text += QStringLiteral("  %1  %2\n").arg(left.leftJustified(width), description);
     text += QStringLiteral("\n") +
-            QObject::tr("Qt's own options (-platform, -display, -style and the like) are passed "
-                        "on to Qt.") +
+            localised(QT_TRANSLATE_NOOP(
+                "ConsoleOptions",
+                "Qt's own options (-platform, -display, -style and the like) are passed "
+                "on to Qt.")) +
             QStringLiteral("\n");
     return text;
 }
@@ -135,13 +153,16 @@ ConsoleOptions ConsoleOptions::parse(const QStringList &arguments,
         return result;
     };
 
-    const QCommandLineOption helpOption({QStringLiteral("h"), QStringLiteral("help")},
-                                        QObject::tr("Show this help and exit."));
-    const QCommandLineOption versionOption({QStringLiteral("v"), QStringLiteral("version")},
-                                           QObject::tr("Show the version and exit."));
+    const QCommandLineOption helpOption(
+        {QStringLiteral("h"), QStringLiteral("help")},
+        localised(QT_TRANSLATE_NOOP("ConsoleOptions", "Show this help and exit.")));
+    const QCommandLineOption versionOption(
+        {QStringLiteral("v"), QStringLiteral("version")},
+        localised(QT_TRANSLATE_NOOP("ConsoleOptions", "Show the version and exit.")));
     const QCommandLineOption seedOption(
         QStringLiteral("add-computer-if-empty"),
-        QObject::tr("Add this computer (a JSON record) when the list is empty."),
+        localised(QT_TRANSLATE_NOOP("ConsoleOptions",
+                                    "Add this computer (a JSON record) when the list is empty.")),
         QStringLiteral("json"));
     // Hidden: the console starts itself with it when it crashes (CrashReportHelper).
     const QCommandLineOption crashReportOption(QStringLiteral("crash-report"));
@@ -150,14 +171,20 @@ ConsoleOptions ConsoleOptions::parse(const QStringList &arguments,
 
     const Split split = withoutQtOptions(arguments);
     if (!split.missingValue.isEmpty())
-        return fail(usageError, QObject::tr("Missing value after '%1'.").arg(split.missingValue));
+        return fail(usageError,
+                    localised(QT_TRANSLATE_NOOP("ConsoleOptions", "Missing value after '%1'."))
+                        .arg(split.missingValue));
     if (!parser.parse(split.ours))
-        return fail(usageError, parser.errorText() + QLatin1Char('\n') +
-                                    QObject::tr("Try '%1 --help'.").arg(program));
+        return fail(
+            usageError,
+            parser.errorText() + QLatin1Char('\n') +
+                localised(QT_TRANSLATE_NOOP("ConsoleOptions", "Try '%1 --help'.")).arg(program));
     if (parser.isSet(crashReportOption)) {
         // The report comes on standard input, so positional arguments make no sense.
         if (!parser.positionalArguments().isEmpty() || parser.isSet(seedOption))
-            return fail(usageError, QObject::tr("--crash-report takes no other argument."));
+            return fail(usageError,
+                        localised(QT_TRANSLATE_NOOP("ConsoleOptions",
+                                                    "--crash-report takes no other argument.")));
         result.action = Action::crashReport;
         return result;
     }
@@ -172,9 +199,9 @@ ConsoleOptions ConsoleOptions::parse(const QStringList &arguments,
         return result;
     }
     if (!parser.positionalArguments().isEmpty())
-        return fail(
-            usageError,
-            QObject::tr("Unexpected argument: %1").arg(parser.positionalArguments().first()));
+        return fail(usageError,
+                    localised(QT_TRANSLATE_NOOP("ConsoleOptions", "Unexpected argument: %1"))
+                        .arg(parser.positionalArguments().first()));
     if (parser.isSet(seedOption)) {
         QString error;
         result.computerIfEmpty = ComputerJson::decode(parser.value(seedOption).toUtf8(), &error);
@@ -182,9 +209,11 @@ ConsoleOptions ConsoleOptions::parse(const QStringList &arguments,
             return fail(usageError, QStringLiteral("--add-computer-if-empty: ") + error);
     }
     if (!hasDisplay(environment, split.platformChosen))
-        return fail(noDisplay, QObject::tr("no display to show the console on (DISPLAY and "
-                                           "WAYLAND_DISPLAY are unset); start it from a desktop "
-                                           "session or under xvfb-run -a"));
+        return fail(noDisplay,
+                    localised(QT_TRANSLATE_NOOP(
+                        "ConsoleOptions", "no display to show the console on (DISPLAY and "
+                                          "WAYLAND_DISPLAY are unset); start it from a desktop "
+                                          "session or under xvfb-run -a")));
     return result;
 }
 

@@ -27,8 +27,9 @@ void ConsoleStartup::start()
             if (m_installCrashReporter)
                 m_installCrashReporter();
             else
-                LogManager::shared().log(tr("Crash reports are not collected in this build"),
-                                         QStringLiteral("WARN"));
+                LogManager::shared().log(
+                    QStringLiteral("Crash reports are not collected in this build"),
+                    QStringLiteral("WARN"));
             if (window)
                 window->appear();
         },

@@ -177,7 +177,7 @@ void MainWindow::openAddForm()
 {
     static bool logged = false;
     if (!m_formFactory) {
-        logUnavailable(logged, tr("Adding computers is not available in this build"));
+        logUnavailable(logged, QStringLiteral("Adding computers is not available in this build"));
         return;
     }
     m_formFactory->openAddForm(this);
@@ -187,7 +187,7 @@ void MainWindow::openEditForm(const QUuid &id)
 {
     static bool logged = false;
     if (!m_formFactory) {
-        logUnavailable(logged, tr("Editing computers is not available in this build"));
+        logUnavailable(logged, QStringLiteral("Editing computers is not available in this build"));
         return;
     }
     if (m_appState.computer(id))

@@ -13,14 +13,14 @@ namespace {
 
 using Pill = std::optional<SpecPill>;
 
-QString tr(const char *source)
+QString translated(const char *source)
 {
     return QCoreApplication::translate("TechnicalSpecPills", source);
 }
 
 Pill pill(const char *title, const QString &value, const char *symbol)
 {
-    return SpecPill{tr(title), value, QLatin1String(symbol)};
+    return SpecPill{translated(title), value, QLatin1String(symbol)};
 }
 
 // A text pill shows only a text that is present and not empty.
@@ -37,88 +37,118 @@ Pill permissionPill(const char *title, std::optional<bool> allowed, const char *
     if (!allowed)
         return std::nullopt;
     return pill(title,
-                *allowed ? tr(QT_TRANSLATE_NOOP("TechnicalSpecPills", "Allowed"))
-                         : tr(QT_TRANSLATE_NOOP("TechnicalSpecPills", "Needs Permission")),
+                *allowed ? translated(QT_TRANSLATE_NOOP("TechnicalSpecPills", "Allowed"))
+                         : translated(QT_TRANSLATE_NOOP("TechnicalSpecPills", "Needs Permission")),
                 *allowed ? allowedSymbol : deniedSymbol);
 }
 
-#define TITLE(text) QT_TRANSLATE_NOOP("TechnicalSpecPills", text)
-
 constexpr TechnicalSpecPills::Definition table[] = {
-    {PreferenceKeys::pillsShowOS, TITLE("OS"), TITLE("OS"),
+    {PreferenceKeys::pillsShowOS, QT_TRANSLATE_NOOP("TechnicalSpecPills", "OS"),
+     QT_TRANSLATE_NOOP("TechnicalSpecPills", "OS"),
      [](const SystemStats &s) {
-         return pill(TITLE("OS"), ReportedText::shown(s.osVersion), "applelogo");
+         return pill(QT_TRANSLATE_NOOP("TechnicalSpecPills", "OS"),
+                     ReportedText::shown(s.osVersion), "applelogo");
      }},
-    {PreferenceKeys::pillsShowModel, TITLE("Model"), TITLE("Model"),
+    {PreferenceKeys::pillsShowModel, QT_TRANSLATE_NOOP("TechnicalSpecPills", "Model"),
+     QT_TRANSLATE_NOOP("TechnicalSpecPills", "Model"),
      [](const SystemStats &s) {
-         return pill(TITLE("Model"), ReportedText::shown(s.macModel), "laptopcomputer");
+         return pill(QT_TRANSLATE_NOOP("TechnicalSpecPills", "Model"),
+                     ReportedText::shown(s.macModel), "laptopcomputer");
      }},
-    {PreferenceKeys::pillsShowMemory, TITLE("Memory"), TITLE("Memory"),
+    {PreferenceKeys::pillsShowMemory, QT_TRANSLATE_NOOP("TechnicalSpecPills", "Memory"),
+     QT_TRANSLATE_NOOP("TechnicalSpecPills", "Memory"),
      [](const SystemStats &s) {
-         return pill(TITLE("Memory"),
+         return pill(QT_TRANSLATE_NOOP("TechnicalSpecPills", "Memory"),
                      ByteCountFormat::format(s.totalMemory, ByteCountFormat::Style::memory),
                      "memorychip");
      }},
-    {PreferenceKeys::pillsShowDiskFree, TITLE("Disk Free"), TITLE("Disk Free"),
+    {PreferenceKeys::pillsShowDiskFree, QT_TRANSLATE_NOOP("TechnicalSpecPills", "Disk Free"),
+     QT_TRANSLATE_NOOP("TechnicalSpecPills", "Disk Free"),
      [](const SystemStats &s) {
-         return pill(TITLE("Disk Free"),
+         return pill(QT_TRANSLATE_NOOP("TechnicalSpecPills", "Disk Free"),
                      ByteCountFormat::format(s.freeDiskSpace, ByteCountFormat::Style::file),
                      "internaldrive");
      }},
-    {PreferenceKeys::pillsShowUptime, TITLE("Uptime"), TITLE("Uptime"),
+    {PreferenceKeys::pillsShowUptime, QT_TRANSLATE_NOOP("TechnicalSpecPills", "Uptime"),
+     QT_TRANSLATE_NOOP("TechnicalSpecPills", "Uptime"),
      [](const SystemStats &s) -> Pill {
          if (!s.uptimeSeconds)
              return std::nullopt;
-         return pill(TITLE("Uptime"), UptimeFormat::format(*s.uptimeSeconds),
-                     "clock.arrow.circlepath");
+         return pill(QT_TRANSLATE_NOOP("TechnicalSpecPills", "Uptime"),
+                     UptimeFormat::format(*s.uptimeSeconds), "clock.arrow.circlepath");
      }},
-    {PreferenceKeys::pillsShowIPAddress, TITLE("IP Address"), TITLE("IP Address"),
+    {PreferenceKeys::pillsShowIPAddress, QT_TRANSLATE_NOOP("TechnicalSpecPills", "IP Address"),
+     QT_TRANSLATE_NOOP("TechnicalSpecPills", "IP Address"),
      [](const SystemStats &s) {
-         return textPill(TITLE("IP Address"), s.primaryIPAddress, "network");
+         return textPill(QT_TRANSLATE_NOOP("TechnicalSpecPills", "IP Address"), s.primaryIPAddress,
+                         "network");
      }},
-    {PreferenceKeys::pillsShowLoggedInUser, TITLE("Logged-In User"), TITLE("Logged-In User"),
+    {PreferenceKeys::pillsShowLoggedInUser,
+     QT_TRANSLATE_NOOP("TechnicalSpecPills", "Logged-In User"),
+     QT_TRANSLATE_NOOP("TechnicalSpecPills", "Logged-In User"),
      [](const SystemStats &s) {
-         return textPill(TITLE("Logged-In User"), s.loggedInUser, "person.crop.circle");
+         return textPill(QT_TRANSLATE_NOOP("TechnicalSpecPills", "Logged-In User"), s.loggedInUser,
+                         "person.crop.circle");
      }},
-    {PreferenceKeys::pillsShowNetworkName, TITLE("Network"), TITLE("Network"),
-     [](const SystemStats &s) { return textPill(TITLE("Network"), s.networkName, "wifi"); }},
-    {PreferenceKeys::pillsShowDisplayCount, TITLE("Displays"), TITLE("Displays"),
+    {PreferenceKeys::pillsShowNetworkName, QT_TRANSLATE_NOOP("TechnicalSpecPills", "Network"),
+     QT_TRANSLATE_NOOP("TechnicalSpecPills", "Network"),
+     [](const SystemStats &s) {
+         return textPill(QT_TRANSLATE_NOOP("TechnicalSpecPills", "Network"), s.networkName, "wifi");
+     }},
+    {PreferenceKeys::pillsShowDisplayCount, QT_TRANSLATE_NOOP("TechnicalSpecPills", "Displays"),
+     QT_TRANSLATE_NOOP("TechnicalSpecPills", "Displays"),
      [](const SystemStats &s) -> Pill {
          if (!s.displayCount || *s.displayCount == 0)
              return std::nullopt;
-         return pill(TITLE("Displays"), QString::number(*s.displayCount), "rectangle.on.rectangle");
+         return pill(QT_TRANSLATE_NOOP("TechnicalSpecPills", "Displays"),
+                     QString::number(*s.displayCount), "rectangle.on.rectangle");
      }},
-    {PreferenceKeys::pillsShowMainResolution, TITLE("Main Resolution"), TITLE("Main Resolution"),
+    {PreferenceKeys::pillsShowMainResolution,
+     QT_TRANSLATE_NOOP("TechnicalSpecPills", "Main Resolution"),
+     QT_TRANSLATE_NOOP("TechnicalSpecPills", "Main Resolution"),
      [](const SystemStats &s) {
-         return textPill(TITLE("Main Resolution"), s.mainDisplayResolution, "display");
+         return textPill(QT_TRANSLATE_NOOP("TechnicalSpecPills", "Main Resolution"),
+                         s.mainDisplayResolution, "display");
      }},
-    {PreferenceKeys::pillsShowAgentVersion, TITLE("Agent"), TITLE("Agent Version"),
-     [](const SystemStats &s) { return textPill(TITLE("Agent"), s.agentVersion, "shippingbox"); }},
-    {PreferenceKeys::pillsShowSession, TITLE("Lock Status"), TITLE("Lock Status"),
+    {PreferenceKeys::pillsShowAgentVersion, QT_TRANSLATE_NOOP("TechnicalSpecPills", "Agent"),
+     QT_TRANSLATE_NOOP("TechnicalSpecPills", "Agent Version"),
+     [](const SystemStats &s) {
+         return textPill(QT_TRANSLATE_NOOP("TechnicalSpecPills", "Agent"), s.agentVersion,
+                         "shippingbox");
+     }},
+    {PreferenceKeys::pillsShowSession, QT_TRANSLATE_NOOP("TechnicalSpecPills", "Lock Status"),
+     QT_TRANSLATE_NOOP("TechnicalSpecPills", "Lock Status"),
      [](const SystemStats &s) -> Pill {
          if (!s.screenLocked)
              return std::nullopt;
-         return pill(TITLE("Lock Status"),
-                     *s.screenLocked ? tr(TITLE("Locked")) : tr(TITLE("Unlocked")),
+         return pill(QT_TRANSLATE_NOOP("TechnicalSpecPills", "Lock Status"),
+                     *s.screenLocked
+                         ? translated(QT_TRANSLATE_NOOP("TechnicalSpecPills", "Locked"))
+                         : translated(QT_TRANSLATE_NOOP("TechnicalSpecPills", "Unlocked")),
                      *s.screenLocked ? "lock.fill" : "lock.open");
      }},
-    {PreferenceKeys::pillsShowScreenAccess, TITLE("Screen Access"), TITLE("Screen Access"),
+    {PreferenceKeys::pillsShowScreenAccess,
+     QT_TRANSLATE_NOOP("TechnicalSpecPills", "Screen Access"),
+     QT_TRANSLATE_NOOP("TechnicalSpecPills", "Screen Access"),
      [](const SystemStats &s) {
-         return permissionPill(TITLE("Screen Access"), s.screenCaptureAuthorized,
-                               "checkmark.shield", "exclamationmark.triangle");
+         return permissionPill(QT_TRANSLATE_NOOP("TechnicalSpecPills", "Screen Access"),
+                               s.screenCaptureAuthorized, "checkmark.shield",
+                               "exclamationmark.triangle");
      }},
-    {PreferenceKeys::pillsShowRemoteControl, TITLE("Remote Control"), TITLE("Remote Control"),
+    {PreferenceKeys::pillsShowRemoteControl,
+     QT_TRANSLATE_NOOP("TechnicalSpecPills", "Remote Control"),
+     QT_TRANSLATE_NOOP("TechnicalSpecPills", "Remote Control"),
      [](const SystemStats &s) {
-         return permissionPill(TITLE("Remote Control"), s.accessibilityAuthorized,
-                               "cursorarrow.motionlines", "hand.raised");
+         return permissionPill(QT_TRANSLATE_NOOP("TechnicalSpecPills", "Remote Control"),
+                               s.accessibilityAuthorized, "cursorarrow.motionlines", "hand.raised");
      }},
-    {PreferenceKeys::pillsShowFrontApp, TITLE("Front App"), TITLE("Front App"),
+    {PreferenceKeys::pillsShowFrontApp, QT_TRANSLATE_NOOP("TechnicalSpecPills", "Front App"),
+     QT_TRANSLATE_NOOP("TechnicalSpecPills", "Front App"),
      [](const SystemStats &s) {
-         return textPill(TITLE("Front App"), s.activeProcess, "app.badge.fill");
+         return textPill(QT_TRANSLATE_NOOP("TechnicalSpecPills", "Front App"), s.activeProcess,
+                         "app.badge.fill");
      }},
 };
-
-#undef TITLE
 
 } // namespace
 

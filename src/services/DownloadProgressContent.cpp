@@ -7,7 +7,7 @@
 namespace {
 QString tr(const char *text)
 {
-    return QCoreApplication::translate("DownloadProgressView", text);
+    return QCoreApplication::translate("DownloadProgressContent", text);
 }
 } // namespace
 

@@ -411,7 +411,7 @@ void ComputerDetailView::openRemoteControl()
 {
     static bool logged = false;
     if (!m_remoteControlFactory) {
-        logUnavailable(logged, tr("Remote control is not available in this build"));
+        logUnavailable(logged, QStringLiteral("Remote control is not available in this build"));
         return;
     }
     // Every press opens a new window; the last one is kept.
@@ -422,7 +422,7 @@ void ComputerDetailView::openEditForm()
 {
     static bool logged = false;
     if (!m_formFactory) {
-        logUnavailable(logged, tr("Editing computers is not available in this build"));
+        logUnavailable(logged, QStringLiteral("Editing computers is not available in this build"));
         return;
     }
     m_formFactory->openEditForm(computerId(), this);
@@ -432,8 +432,9 @@ void ComputerDetailView::confirmRemoval()
 {
     static bool logged = false;
     if (!m_alerts) {
-        logUnavailable(logged,
-                       tr("Removing computers needs a confirmation, which cannot be shown"));
+        logUnavailable(
+            logged,
+            QStringLiteral("Removing computers needs a confirmation, which cannot be shown"));
         return;
     }
     if (std::exchange(m_isConfirmingRemoval, true))

@@ -108,14 +108,19 @@ QPixmap MetricGaugeView::staticParts()
     painter.setFont(caption);
     const QFontMetrics metrics(caption);
     const int rowTop = ringDiameter + gap;
-    const int rowWidth = symbolSize + gap + metrics.horizontalAdvance(m_gauge.title);
-    const int left = std::max(0, (width() - rowWidth) / 2);
+    // A title too long for the gauge with its symbol (a longer language) keeps the title
+    // whole and leaves the symbol out.
+    const int titleWidth = metrics.horizontalAdvance(m_gauge.title);
+    const bool withSymbol = symbolSize + gap + titleWidth <= width();
+    const int symbolWidth = withSymbol ? symbolSize + gap : 0;
+    const int left = std::max(0, (width() - symbolWidth - titleWidth) / 2);
     const QColor secondary = ToneColors::color(Tone::secondary, palette());
-    SymbolIcon::icon(m_gauge.systemImage, secondary)
-        .paint(&painter,
-               QRect(left, rowTop + (metrics.height() - symbolSize) / 2, symbolSize, symbolSize));
+    if (withSymbol)
+        SymbolIcon::icon(m_gauge.systemImage, secondary)
+            .paint(&painter, QRect(left, rowTop + (metrics.height() - symbolSize) / 2, symbolSize,
+                                   symbolSize));
     painter.setPen(secondary);
-    painter.drawText(QRect(left + symbolSize + gap, rowTop, width(), metrics.height()),
+    painter.drawText(QRect(left + symbolWidth, rowTop, width(), metrics.height()),
                      Qt::AlignLeft | Qt::AlignVCenter, m_gauge.title);
     painter.end();
     m_staticParts = pixmap;
