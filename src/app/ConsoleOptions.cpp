@@ -11,14 +11,12 @@
 
 namespace {
 
-// Read before the application object exists, so no installed translator can be asked: the
-// console's translation is loaded here for these texts alone.
+// Read before the application object exists, so no installed translator can be asked.
 QString localised(const char *source)
 {
-    static QTranslator translator;
-    static const bool loaded = translator.load(QLocale(), QStringLiteral("telvane"),
-                                               QStringLiteral("_"), QStringLiteral(":/i18n"));
-    const QString translated = loaded ? translator.translate("ConsoleOptions", source) : QString();
+    QTranslator *translator = ConsoleOptions::translator();
+    const QString translated =
+        translator ? translator->translate("ConsoleOptions", source) : QString();
     return translated.isEmpty() ? QString::fromUtf8(source) : translated;
 }
 
@@ -223,4 +221,12 @@ int ConsoleOptions::finish() const
     std::fputs(error.toLocal8Bit().constData(), stderr);
     std::fflush(stdout);
     return exitCode;
+}
+
+QTranslator *ConsoleOptions::translator()
+{
+    static QTranslator translator;
+    static const bool loaded = translator.load(QLocale(), QStringLiteral("telvane"),
+                                               QStringLiteral("_"), QStringLiteral(":/i18n"));
+    return loaded ? &translator : nullptr;
 }

@@ -11,6 +11,8 @@
 // --version and a bad option need no display, and a console with nothing to show on ends
 // with one clear line instead of Qt's abort. Qt's own options (-platform, -display,
 // -style, -session and the like) are skipped here and left to the application object.
+class QTranslator;
+
 class ConsoleOptions {
 public:
     // crashReport: the hidden --crash-report, run by a crashing console to report for it.
@@ -27,6 +29,9 @@ public:
                                 const QProcessEnvironment &environment);
     static QStringList arguments(int argc, const char *const *argv);
     static QString version();
+    // The console's built-in translation for the user's language, loaded once (also for the
+    // texts read here, before any application object); null when there is none.
+    static QTranslator *translator();
 
     Action action = Action::run;
     int exitCode = 0;

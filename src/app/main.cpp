@@ -59,10 +59,8 @@ int main(int argc, char *argv[])
     if (qtTranslator.load(QLocale(), QStringLiteral("qtbase"), QStringLiteral("_"),
                           QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
         QCoreApplication::installTranslator(&qtTranslator);
-    QTranslator translator;
-    if (translator.load(QLocale(), QStringLiteral("telvane"), QStringLiteral("_"),
-                        QStringLiteral(":/i18n")))
-        QCoreApplication::installTranslator(&translator);
+    if (QTranslator *translator = ConsoleOptions::translator())
+        QCoreApplication::installTranslator(translator);
     QApplication::setOrganizationName(QLatin1String(AppIdentity::organizationName));
     QApplication::setApplicationName(QLatin1String(AppIdentity::applicationName));
     QApplication::setApplicationVersion(ConsoleOptions::version());
