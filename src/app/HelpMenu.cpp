@@ -27,11 +27,16 @@ void HelpMenu::trigger(const HelpMenuItem &item)
         if (m_showAbout)
             m_showAbout();
         else
-            logUnavailable(m_loggedNoAbout, QStringLiteral("the About window"));
+            LogManager::shared().logOnce(
+                m_loggedNoAbout, QStringLiteral("The Help menu cannot show the About window yet"),
+                QStringLiteral("WARN"));
         return;
     case HelpMenuItem::Action::ShowAssistant:
         if (!m_showAssistant)
-            return logUnavailable(m_loggedNoAssistant, QStringLiteral("the assistant panel"));
+            return LogManager::shared().logOnce(
+                m_loggedNoAssistant,
+                QStringLiteral("The Help menu cannot show the assistant panel yet"),
+                QStringLiteral("WARN"));
         if (const std::optional<QUrl> address = item.address())
             m_showAssistant(*address);
         return;
@@ -45,12 +50,4 @@ void HelpMenu::trigger(const HelpMenuItem &item)
         }
         return;
     }
-}
-
-void HelpMenu::logUnavailable(bool &logged, const QString &what)
-{
-    if (std::exchange(logged, true))
-        return;
-    LogManager::shared().log(QStringLiteral("The Help menu cannot show %1 yet").arg(what),
-                             QStringLiteral("WARN"));
 }

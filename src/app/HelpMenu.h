@@ -35,8 +35,6 @@ public:
     void trigger(const HelpMenuItem &item);
 
 private:
-    void logUnavailable(bool &logged, const QString &what);
-
     QList<QAction *> m_actions;
     ShowAbout m_showAbout;
     ShowAssistant m_showAssistant;

@@ -28,13 +28,6 @@ namespace {
 
 const QString geometryKey = QStringLiteral("MainWindow/geometry");
 
-// Each missing seam is logged once for the whole run, however often it is asked for.
-void logUnavailable(bool &logged, const QString &what)
-{
-    if (!std::exchange(logged, true))
-        LogManager::shared().log(what, QStringLiteral("UI"));
-}
-
 } // namespace
 
 MainWindow::MainWindow(AppState &appState, QWidget *parent, ComputerFormFactory *formFactory,
@@ -177,7 +170,9 @@ void MainWindow::openAddForm()
 {
     static bool logged = false;
     if (!m_formFactory) {
-        logUnavailable(logged, QStringLiteral("Adding computers is not available in this build"));
+        LogManager::shared().logOnce(
+            logged, QStringLiteral("Adding computers is not available in this build"),
+            QStringLiteral("UI"));
         return;
     }
     m_formFactory->openAddForm(this);
@@ -187,7 +182,9 @@ void MainWindow::openEditForm(const QUuid &id)
 {
     static bool logged = false;
     if (!m_formFactory) {
-        logUnavailable(logged, QStringLiteral("Editing computers is not available in this build"));
+        LogManager::shared().logOnce(
+            logged, QStringLiteral("Editing computers is not available in this build"),
+            QStringLiteral("UI"));
         return;
     }
     if (m_appState.computer(id))

@@ -5,6 +5,8 @@
 #include <QThread>
 #include <QTime>
 #include <cstdio>
+#include <utility>
+#include <utility>
 
 namespace {
 
@@ -44,6 +46,12 @@ QString LogManager::formatEntry(const QString &message, const QString &category)
     const QString time = locale.toString(QTime::currentTime(), format);
     return QLatin1Char('[') + time + QStringLiteral("] [") + category + QStringLiteral("] ") +
            message;
+}
+
+void LogManager::logOnce(bool &logged, const QString &message, const QString &category)
+{
+    if (!std::exchange(logged, true))
+        log(message, category);
 }
 
 void LogManager::log(const QString &message, const QString &category)

@@ -15,6 +15,9 @@ public:
     static LogManager &shared();
 
     void log(const QString &message, const QString &category);
+    // Logs only the first time `logged` is false, and sets it: for what would repeat on
+    // every press of a button (a missing seam, an unavailable window).
+    void logOnce(bool &logged, const QString &message, const QString &category);
     void clearLogs();
 
     // Main thread only.

@@ -44,14 +44,6 @@ QLabel *label(const QString &text, QWidget *parent, Tone tone = Tone::secondary)
     return label;
 }
 
-// Each missing seam is logged once for the whole run, however often its button is pressed.
-void logUnavailable(bool &logged, const QString &what)
-{
-    if (std::exchange(logged, true))
-        return;
-    LogManager::shared().log(what, QStringLiteral("UI"));
-}
-
 } // namespace
 
 ComputerDetailView::ComputerDetailView(AppState &appState, const QUuid &id,
@@ -411,7 +403,9 @@ void ComputerDetailView::openRemoteControl()
 {
     static bool logged = false;
     if (!m_remoteControlFactory) {
-        logUnavailable(logged, QStringLiteral("Remote control is not available in this build"));
+        LogManager::shared().logOnce(
+            logged, QStringLiteral("Remote control is not available in this build"),
+            QStringLiteral("UI"));
         return;
     }
     // Every press opens a new window; the last one is kept.
@@ -422,7 +416,9 @@ void ComputerDetailView::openEditForm()
 {
     static bool logged = false;
     if (!m_formFactory) {
-        logUnavailable(logged, QStringLiteral("Editing computers is not available in this build"));
+        LogManager::shared().logOnce(
+            logged, QStringLiteral("Editing computers is not available in this build"),
+            QStringLiteral("UI"));
         return;
     }
     m_formFactory->openEditForm(computerId(), this);
@@ -432,9 +428,10 @@ void ComputerDetailView::confirmRemoval()
 {
     static bool logged = false;
     if (!m_alerts) {
-        logUnavailable(
+        LogManager::shared().logOnce(
             logged,
-            QStringLiteral("Removing computers needs a confirmation, which cannot be shown"));
+            QStringLiteral("Removing computers needs a confirmation, which cannot be shown"),
+            QStringLiteral("UI"));
         return;
     }
     if (std::exchange(m_isConfirmingRemoval, true))
